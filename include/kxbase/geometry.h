@@ -1,0 +1,4 @@
+// Public headers of the geometry subsystem.
+#pragma once
+
+#include <kxbase/platform.h>

@@ -1,0 +1,52 @@
+// CPtrList: a doubly linked list of untyped pointers; POSITION is an opaque node handle.
+#pragma once
+
+#include <kxbase/export.h>
+#include <kxbase/platform/types.h>
+
+struct __POSITION;
+using POSITION = __POSITION*;
+
+class KXBASE_API CPtrList {
+public:
+    CPtrList() = default;
+    CPtrList(const CPtrList&) = delete;
+    CPtrList& operator=(const CPtrList&) = delete;
+    virtual ~CPtrList();
+
+    INT_PTR GetCount() const { return m_count; }
+    INT_PTR GetSize() const { return m_count; }
+    bool IsEmpty() const { return m_count == 0; }
+
+    POSITION GetHeadPosition() const;
+    POSITION GetTailPosition() const;
+    /// Returns the element at pos and advances pos to the next node (null after the tail).
+    void*& GetNext(POSITION& pos);
+    void* GetNext(POSITION& pos) const;
+    void*& GetPrev(POSITION& pos);
+    void*& GetAt(POSITION pos);
+    void* GetAt(POSITION pos) const;
+    void SetAt(POSITION pos, void* p);
+    void* GetHead() const;
+    void* GetTail() const;
+
+    POSITION AddHead(void* p);
+    POSITION AddTail(void* p);
+    POSITION InsertBefore(POSITION pos, void* p);
+    POSITION InsertAfter(POSITION pos, void* p);
+    void* RemoveHead();
+    void* RemoveTail();
+    void RemoveAt(POSITION pos);
+    void RemoveAll();
+
+    /// Node of the first element equal to p at or after startAfter's successor, or null.
+    POSITION Find(void* p, POSITION startAfter = nullptr) const;
+    /// Node at a zero-based index, or null when the index is outside the list.
+    POSITION FindIndex(INT_PTR index) const;
+
+private:
+    struct Node;
+    Node* m_head = nullptr;
+    Node* m_tail = nullptr;
+    INT_PTR m_count = 0;
+};

@@ -1,0 +1,4 @@
+// Public headers of the separate subsystem.
+#pragma once
+
+#include <kxbase/platform.h>

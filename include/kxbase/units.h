@@ -1,0 +1,4 @@
+// Public headers of the units subsystem.
+#pragma once
+
+#include <kxbase/platform.h>

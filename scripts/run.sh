@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Builds the library and the kxbase tool (release), then runs the tool's main job.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/deps.sh
+cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DKXBASE_BUILD_TESTS=OFF >/dev/null
+cmake --build build/release --target kxbase_tool
+exec build/release/tools/kxbase "${@:-info}"

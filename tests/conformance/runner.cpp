@@ -1,0 +1,184 @@
+// kxbase_conformance: runs golden vectors against the library.
+//
+//   kxbase_conformance [--vectors DIR] [--families a,b] [--show N] [FILE.json ...]
+//
+// Prints one line per family, "FAMILY: N passed, M failed, K unsupported", then the first
+// few failures. Exits 1 when any vector of a family that was run fails or is unsupported.
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "conformance.h"
+
+namespace fs = std::filesystem;
+using conf::json;
+
+namespace {
+
+struct Disputed {
+    std::set<std::pair<std::string, std::string>> keys;  // (family, index or why)
+    std::map<std::pair<std::string, std::string>, std::string> reasons;
+
+    // Lines: "family | index-or-why | reason"; '#' starts a comment.
+    void load(const fs::path& file) {
+        std::ifstream in(file);
+        std::string line;
+        auto trim = [](std::string s) {
+            s.erase(0, s.find_first_not_of(" \t"));
+            s.erase(s.find_last_not_of(" \t\r") + 1);
+            return s;
+        };
+        while (std::getline(in, line)) {
+            if (line.empty() || line[0] == '#') continue;
+            const auto a = line.find('|'), b = line.find('|', a + 1);
+            if (a == std::string::npos || b == std::string::npos) continue;
+            const auto key = std::make_pair(trim(line.substr(0, a)), trim(line.substr(a + 1, b - a - 1)));
+            keys.insert(key);
+            reasons[key] = trim(line.substr(b + 1));
+        }
+    }
+    const std::string* find(const std::string& family, std::size_t index, const std::string& why) const {
+        for (const auto& key : {std::make_pair(family, std::to_string(index)), std::make_pair(family, why)}) {
+            const auto it = reasons.find(key);
+            if (it != reasons.end()) return &it->second;
+        }
+        return nullptr;
+    }
+};
+
+struct Tally {
+    int passed = 0, failed = 0, unsupported = 0, disputed = 0;
+    std::vector<std::string> notes;
+};
+
+json run_one(const json& v, std::string& problem) {
+    const std::string fn = v.at("fn").get<std::string>();
+    const conf::Handler* h = conf::find_handler(fn);
+    if (!h) throw conf::Unsupported("no handler for " + fn);
+    try {
+        return (*h)(v.at("args"));
+    } catch (const std::invalid_argument&) {
+        return json{{"exception", "invalid_argument"}};
+    } catch (const conf::Unsupported&) {
+        throw;
+    } catch (const std::exception& e) {
+        problem = std::string("handler threw: ") + e.what();
+        return json();
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    fs::path dir = KXBASE_VECTOR_DIR;
+    fs::path disputed_file = KXBASE_DISPUTED_FILE;
+    std::set<std::string> families;
+    std::vector<fs::path> files;
+    std::size_t show = 5;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        auto value = [&]() -> std::string {
+            if (i + 1 >= argc) {
+                std::cerr << arg << " needs a value\n";
+                std::exit(2);
+            }
+            return argv[++i];
+        };
+        if (arg == "--vectors") dir = value();
+        else if (arg == "--families") {
+            std::stringstream ss(value());
+            for (std::string f; std::getline(ss, f, ',');)
+                if (!f.empty()) families.insert(f);
+        } else if (arg == "--show") show = std::stoul(value());
+        else if (arg == "--disputed") disputed_file = value();
+        else if (arg == "-h" || arg == "--help") {
+            std::cout << "usage: kxbase_conformance [--vectors DIR] [--families a,b] [--show N] "
+                         "[--disputed FILE] [FILE.json ...]\n";
+            return 0;
+        } else files.emplace_back(arg);
+    }
+    if (files.empty()) {
+        if (!fs::is_directory(dir)) {
+            std::cerr << "no vector folder " << dir << "\n";
+            return 2;
+        }
+        for (const auto& e : fs::directory_iterator(dir))
+            if (e.path().extension() == ".json") files.push_back(e.path());
+        std::sort(files.begin(), files.end());
+    }
+    Disputed disputed;
+    if (fs::exists(disputed_file)) disputed.load(disputed_file);
+
+    std::map<std::string, Tally> tallies;
+    std::set<std::string> seen;
+    for (const auto& file : files) {
+        json doc;
+        try {
+            std::ifstream in(file);
+            doc = json::parse(in);
+        } catch (const std::exception& e) {
+            std::cerr << file << ": " << e.what() << "\n";
+            return 2;
+        }
+        const std::string family = doc.value("family", file.stem().string());
+        if (!families.empty() && !families.count(family)) continue;
+        seen.insert(family);
+        Tally& t = tallies[family];
+        const auto& vectors = doc.at("vectors");
+        for (std::size_t i = 0; i < vectors.size(); ++i) {
+            const json& v = vectors[i];
+            const std::string why = v.value("why", "");
+            std::string problem, mismatch;
+            json got;
+            try {
+                got = run_one(v, problem);
+            } catch (const conf::Unsupported& e) {
+                ++t.unsupported;
+                if (t.notes.size() < show) t.notes.push_back("  #" + std::to_string(i) + " unsupported: " + e.what());
+                continue;
+            }
+            const json* tol = v.contains("tol") ? &v["tol"] : nullptr;
+            const bool ok = problem.empty() &&
+                            conf::matches(got, v.at("expect"), v.value("cmp", "exact"), tol, mismatch);
+            if (const std::string* reason = disputed.find(family, i, why)) {
+                ++t.disputed;
+                t.notes.push_back("  #" + std::to_string(i) + " disputed (" + (ok ? "passes" : "differs") +
+                                  "): " + *reason);
+                continue;
+            }
+            if (ok) {
+                ++t.passed;
+                continue;
+            }
+            ++t.failed;
+            if (t.notes.size() < show) {
+                t.notes.push_back("  #" + std::to_string(i) + " " + v.at("fn").get<std::string>() + " (" + why +
+                                  ")\n      args " + v.at("args").dump().substr(0, 300) + "\n      " +
+                                  (problem.empty() ? mismatch : problem).substr(0, 600));
+            }
+        }
+    }
+    for (const auto& f : families)
+        if (!seen.count(f)) {
+            std::cout << f << ": no vectors found\n";
+            tallies[f].unsupported += 1;
+        }
+
+    bool bad = false;
+    for (const auto& [family, t] : tallies) {
+        std::cout << family << ": " << t.passed << " passed, " << t.failed << " failed, " << t.unsupported
+                  << " unsupported";
+        if (t.disputed) std::cout << ", " << t.disputed << " disputed";
+        std::cout << "\n";
+        for (const auto& n : t.notes) std::cout << n << "\n";
+        bad = bad || t.failed || t.unsupported;
+    }
+    return bad ? 1 : 0;
+}

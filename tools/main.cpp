@@ -1,0 +1,42 @@
+// kxbase: the command-line face of kxBaseCommon. See `kxbase --help`.
+#include <algorithm>
+#include <iostream>
+#include <map>
+#include <memory>
+
+#include <kxbase/version.h>
+
+#include "command.h"
+
+namespace kxtool {
+
+std::vector<Entry>& commands() {
+    static std::vector<Entry> list;
+    return list;
+}
+
+Command::Command(std::string name, std::string help, Setup setup) {
+    commands().push_back({std::move(name), std::move(help), std::move(setup)});
+}
+
+}  // namespace kxtool
+
+int main(int argc, char** argv) {
+    CLI::App app{"kxbase " KXBASE_VERSION_STRING " - tools over the kxBaseCommon library"};
+    app.require_subcommand(1);
+    app.set_version_flag("--version", KXBASE_VERSION_STRING);
+
+    auto& list = kxtool::commands();
+    std::sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+    std::map<CLI::App*, kxtool::Run> runs;
+    for (const auto& c : list) {
+        CLI::App* sub = app.add_subcommand(c.name, c.help);
+        runs[sub] = c.setup(*sub);
+    }
+    CLI11_PARSE(app, argc, argv);
+    for (CLI::App* sub : app.get_subcommands()) {
+        const auto it = runs.find(sub);
+        if (it != runs.end() && it->second) return it->second();
+    }
+    return 0;
+}
