@@ -1,8 +1,7 @@
 # The core library: every subsystem folder compiles into one object set, which is
 # linked twice, as libkxBaseCommon.so and as libkxBaseCommon.a.
-set(KXBASE_CORE_DIRS platform geometry units mathopt compress ellipse separate runtime widgets module)
 set(KXBASE_CORE_SOURCES)
-foreach(dir IN LISTS KXBASE_CORE_DIRS)
+foreach(dir IN LISTS KXBASE_SUBSYSTEMS)
     file(GLOB _kx_src CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${dir}/*.cpp)
     list(APPEND KXBASE_CORE_SOURCES ${_kx_src})
 endforeach()
