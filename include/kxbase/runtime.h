@@ -2,3 +2,4 @@
 #pragma once
 
 #include <kxbase/platform.h>
+#include <kxbase/runtime/error_info.h>

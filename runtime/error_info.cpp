@@ -1,0 +1,179 @@
+// CErrorInfo: writers serialise on a recursive lock and publish immutable records; readers
+// copy the current record without locking.
+#include <kxbase/runtime/error_info.h>
+
+#include <cerrno>
+#include <cinttypes>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <utility>
+
+#include <kxbase/widgets/messages.h>
+
+namespace {
+
+std::string format_v(const char* format, va_list args) {
+    va_list copy;
+    va_copy(copy, args);
+    const int n = std::vsnprintf(nullptr, 0, format, copy);
+    va_end(copy);
+    if (n <= 0) return {};
+    std::string out(static_cast<std::size_t>(n) + 1, '\0');
+    std::vsnprintf(out.data(), out.size(), format, args);
+    out.resize(static_cast<std::size_t>(n));
+    return out;
+}
+
+std::string hex_suffix(const char* prefix, DWORD code, const char* suffix) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%s0x%" PRIX32 "%s", prefix, code, suffix);
+    return buf;
+}
+
+// Text recorded when the text of a failure cannot even be allocated: the system's own
+// fallback for ENOMEM, built once at first use so that it never needs memory later.
+const std::string& out_of_memory_text() {
+    static const std::string text = "System Error (code:0xC)";
+    return text;
+}
+
+}  // namespace
+
+CErrorInfo::CErrorInfo() noexcept { (void)out_of_memory_text(); }
+
+CErrorInfo::~CErrorInfo() = default;
+
+CErrorInfo::CErrorInfo(const CErrorInfo& other) noexcept
+    : m_record(other.m_record.load(std::memory_order_acquire)) {}
+
+CErrorInfo& CErrorInfo::operator=(const CErrorInfo& other) noexcept {
+    if (this != &other) {
+        std::lock_guard<std::recursive_mutex> guard(m_lock);
+        m_record.store(other.m_record.load(std::memory_order_acquire), std::memory_order_release);
+    }
+    return *this;
+}
+
+int CErrorInfo::IsError() const noexcept {
+    const auto rec = m_record.load(std::memory_order_acquire);
+    return rec ? rec->flag : 0;
+}
+
+int CErrorInfo::GetLastError(CString& out) const noexcept {
+    const auto rec = m_record.load(std::memory_order_acquire);
+    out.Empty();
+    if (!rec || rec->flag == 0) return 0;
+    try {
+        out = CString(rec->text);
+    } catch (...) {
+        out.Empty();
+    }
+    return rec->flag;
+}
+
+void CErrorInfo::Publish(std::string text, int flag) noexcept {
+    if (flag == 0) {
+        m_record.store(nullptr, std::memory_order_release);
+        return;
+    }
+    try {
+        m_record.store(std::make_shared<const Record>(Record{flag, std::move(text)}),
+                       std::memory_order_release);
+    } catch (...) {
+        // No memory for the record: the failure is still flagged, with the best text left.
+        m_record.store(nullptr, std::memory_order_release);
+        try {
+            m_record.store(std::make_shared<const Record>(Record{1, out_of_memory_text()}),
+                           std::memory_order_release);
+        } catch (...) {
+        }
+    }
+}
+
+int CErrorInfo::SetLastError(HINSTANCE module, UINT id) noexcept {
+    std::lock_guard<std::recursive_mutex> guard(m_lock);
+    if (module == nullptr || id == 0) {
+        Publish({}, 0);
+        return 1;
+    }
+    std::string text;
+    try {
+        text = ZelLoadString(module, id).str();
+        if (text.empty()) {
+            char buf[64];
+            const auto low = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(module));
+            std::snprintf(buf, sizeof buf, "Error in :%" PRIu32 " (ID:%" PRIu32 ")", low, id);
+            text = buf;
+        }
+    } catch (...) {
+        text = out_of_memory_text();
+    }
+    Publish(std::move(text), 1);
+    return 1;
+}
+
+int CErrorInfo::SetLastError(const char* format, ...) noexcept {
+    va_list args;
+    va_start(args, format);
+    const int r = SetLastErrorV(format, args);
+    va_end(args);
+    return r;
+}
+
+int CErrorInfo::SetLastErrorV(const char* format, va_list args) noexcept {
+    std::lock_guard<std::recursive_mutex> guard(m_lock);
+    if (format == nullptr) {
+        Publish({}, 0);
+        return 1;
+    }
+    try {
+        std::string text = format_v(format, args);
+        const int flag = text.empty() ? 0 : 1;
+        Publish(std::move(text), flag);
+    } catch (...) {
+        Publish(out_of_memory_text(), 1);
+    }
+    return 1;
+}
+
+int CErrorInfo::SetLastErrorFromSystem(DWORD code) noexcept {
+    std::lock_guard<std::recursive_mutex> guard(m_lock);
+    if (code == 0) {
+        Publish({}, 0);
+        return 1;
+    }
+    try {
+        std::string text = TransSystemErrorCodeToString(code).str();
+        const int flag = text.empty() ? 0 : 1;
+        Publish(std::move(text), flag);
+    } catch (...) {
+        Publish(out_of_memory_text(), 1);
+    }
+    return 1;
+}
+
+int CErrorInfo::SetLastErrorFromSystem() noexcept {
+    const int code = errno;
+    return SetLastErrorFromSystem(static_cast<DWORD>(code));
+}
+
+void CErrorInfo::ClearError() noexcept {
+    std::lock_guard<std::recursive_mutex> guard(m_lock);
+    Publish({}, 0);
+}
+
+CString CErrorInfo::TransSystemErrorCodeToString(DWORD code) {
+    if (code == 0) return CString();
+    // strerrordesc_np knows exactly the codes that have a message (it returns null for the
+    // rest, where strerror_r would invent "Unknown error N"); strerror_r gives the text in
+    // the current locale.
+    const int errnum = code > 0x7FFFFFFFu ? -1 : static_cast<int>(code);
+    if (errnum < 0 || strerrordesc_np(errnum) == nullptr)
+        return CString(hex_suffix("System Error (code:", code, ")"));
+    char buf[512];
+    const char* text = strerror_r(errnum, buf, sizeof buf);
+    if (text == nullptr || text[0] == '\0')
+        return CString(hex_suffix("System Error (code:", code, ")"));
+    return CString(std::string(text) + hex_suffix(" (", code, ")"));
+}
