@@ -2,3 +2,4 @@
 #pragma once
 
 #include <kxbase/platform.h>
+#include <kxbase/separate/separate.h>
