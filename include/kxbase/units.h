@@ -2,3 +2,5 @@
 #pragma once
 
 #include <kxbase/platform.h>
+#include <kxbase/units/units.h>
+#include <kxbase/units/unit_trans.h>
