@@ -2,4 +2,5 @@
 #pragma once
 
 #include <kxbase/platform.h>
+#include <kxbase/widgets/number_format.h>
 #include <kxbase/widgets/messages.h>
