@@ -1,0 +1,63 @@
+// Saturating double-to-integer conversions and the library's two rounding rules.
+//
+// A C++ conversion of a double outside the target's range (or of NaN) is undefined; these
+// helpers clamp to the range instead and map NaN to 0, and are exact truncations otherwise.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+namespace kxbase::detail {
+
+inline constexpr double kEpsilon = 1e-10;
+
+inline std::int32_t TruncI32(double v) {
+    if (v >= 2147483648.0) return std::numeric_limits<std::int32_t>::max();
+    if (v <= -2147483649.0) return std::numeric_limits<std::int32_t>::min();
+    if (v != v) return 0;
+    return static_cast<std::int32_t>(v);
+}
+
+inline std::int64_t TruncI64(double v) {
+    if (v >= 9223372036854775808.0) return std::numeric_limits<std::int64_t>::max();
+    if (v < -9223372036854775808.0) return std::numeric_limits<std::int64_t>::min();
+    if (v != v) return 0;
+    return static_cast<std::int64_t>(v);
+}
+
+inline std::uint32_t TruncU32(double v) {
+    if (v >= 4294967296.0) return std::numeric_limits<std::uint32_t>::max();
+    if (!(v > -1.0)) return 0;  // also NaN
+    return static_cast<std::uint32_t>(v);
+}
+
+inline std::uint64_t TruncU64(double v) {
+    if (v >= 18446744073709551616.0) return std::numeric_limits<std::uint64_t>::max();
+    if (!(v > -1.0)) return 0;  // also NaN
+    if (v >= 9223372036854775808.0) {
+        // Through the signed range: take 2^63 off and put it back as the top bit.
+        return static_cast<std::uint64_t>(static_cast<std::int64_t>(v - 9223372036854775808.0)) |
+               (std::uint64_t{1} << 63);
+    }
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>(v));
+}
+
+/// The epsilon step: 1e-10 added to a value that is not negative (0.0 and -0.0 included),
+/// subtracted from a negative one.
+inline double AddEpsilon(double v) { return v >= 0.0 ? v + kEpsilon : v - kEpsilon; }
+/// The half step: 0.5 added to a value that is not negative, subtracted from a negative one.
+inline double AddHalf(double v) { return v >= 0.0 ? v + 0.5 : v - 0.5; }
+
+/// Epsilon truncation to int32 (saturating).
+inline std::int32_t EpsTrunc32(double v) { return TruncI32(AddEpsilon(v)); }
+/// Half-away rounding to int32 (saturating).
+inline std::int32_t HalfAway32(double v) { return TruncI32(AddEpsilon(AddHalf(v))); }
+
+/// CPrecise::PreciseInt, inlined for point loops.
+inline std::int32_t PreciseInt(double value, double precision) {
+    double v = value >= 0.0 ? value + precision : value - precision;
+    v = v < 0.0 ? v - kEpsilon : v + kEpsilon;
+    return TruncI32(v);
+}
+
+}  // namespace kxbase::detail
