@@ -3,3 +3,5 @@
 
 #include <kxbase/platform.h>
 #include <kxbase/runtime/error_info.h>
+#include <kxbase/runtime/share_memory.h>
+#include <kxbase/runtime/thread.h>
