@@ -1,0 +1,117 @@
+// Base64 text codec: standard alphabet, zero-byte padding (which encodes as "A"), no "="
+// and no line breaks; the decoder translates up to the first foreign character.
+//
+// Both directions work on whole groups through lookup tables built at compile time: the
+// encoder turns 12 input bits into two characters with one look-up, the decoder turns four
+// characters into 24 bits with four look-ups whose OR also flags a foreign character.
+#include <kxbase/compress/compress.h>
+
+#include <array>
+#include <cstring>
+#include <new>
+
+namespace kxbase::detail {
+namespace {
+
+constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+// Two characters for each 12-bit value, first character in the low byte (memory order).
+constexpr std::array<std::uint16_t, 4096> MakePairs() {
+    std::array<std::uint16_t, 4096> t{};
+    for (unsigned v = 0; v < 4096; ++v)
+        t[v] = static_cast<std::uint16_t>(static_cast<BYTE>(kAlphabet[v >> 6]) |
+                                          (static_cast<BYTE>(kAlphabet[v & 63]) << 8));
+    return t;
+}
+constexpr auto kPairs = MakePairs();
+
+// Character k of a group (0-3) mapped to its 6 bits at their place in the 24-bit group
+// value; characters outside the alphabet map to kForeign.
+constexpr std::uint32_t kForeign = 0x01000000u;
+constexpr std::array<std::array<std::uint32_t, 256>, 4> MakeDecode() {
+    std::array<std::array<std::uint32_t, 256>, 4> t{};
+    for (auto& row : t) row.fill(kForeign);
+    for (unsigned i = 0; i < 64; ++i) {
+        const auto ch = static_cast<BYTE>(kAlphabet[i]);
+        for (unsigned k = 0; k < 4; ++k) t[k][ch] = i << (18 - 6 * k);
+    }
+    return t;
+}
+constexpr auto kDecode = MakeDecode();
+
+inline void PutGroup(BYTE* out, std::uint32_t v) {
+    out[0] = static_cast<BYTE>(v >> 16);
+    out[1] = static_cast<BYTE>(v >> 8);
+    out[2] = static_cast<BYTE>(v);
+}
+
+}  // namespace
+}  // namespace kxbase::detail
+
+using namespace kxbase::detail;
+
+char* ACompress::Base64_Encode(const char* text) {
+    if (!text) return nullptr;
+    const auto* in = reinterpret_cast<const BYTE*>(text);
+    const std::size_t n = std::strlen(text);
+    const std::size_t groups = (n + 2) / 3;
+    char* result = new (std::nothrow) char[groups * 4 + 1];
+    if (!result) return nullptr;
+    char* out = result;
+    const std::size_t whole = n / 3;
+    for (std::size_t g = 0; g < whole; ++g, in += 3, out += 4) {
+        const std::uint32_t v = (std::uint32_t{in[0]} << 16) | (std::uint32_t{in[1]} << 8) | in[2];
+        std::memcpy(out, &kPairs[v >> 12], 2);
+        std::memcpy(out + 2, &kPairs[v & 0xFFF], 2);
+    }
+    if (n % 3 != 0) {
+        // The text is padded with zero bytes; they encode as "A".
+        std::uint32_t v = std::uint32_t{in[0]} << 16;
+        if (n % 3 == 2) v |= std::uint32_t{in[1]} << 8;
+        std::memcpy(out, &kPairs[v >> 12], 2);
+        std::memcpy(out + 2, &kPairs[v & 0xFFF], 2);
+        out += 4;
+    }
+    *out = '\0';
+    return result;
+}
+
+char* ACompress::Base64_Decode(const char* text) {
+    if (!text) return nullptr;
+    const auto* in = reinterpret_cast<const BYTE*>(text);
+    const std::size_t n = std::strlen(text);
+    const std::size_t size = 3 * n / 4 + 1;
+    char* result = new (std::nothrow) char[size]();
+    if (!result) return nullptr;
+    auto* out = reinterpret_cast<BYTE*>(result);
+    // Whole groups of four alphabet characters.
+    std::size_t i = 0;
+    for (; i + 4 <= n; i += 4, out += 3) {
+        const std::uint32_t v = kDecode[0][in[i]] | kDecode[1][in[i + 1]] |
+                                kDecode[2][in[i + 2]] | kDecode[3][in[i + 3]];
+        if (v & kForeign) break;
+        PutGroup(out, v);
+    }
+    // The group holding the first foreign character or the end of the text: characters from
+    // there on count as zero, and bytes past the result buffer are dropped. Later groups are
+    // all zero, which the buffer already is.
+    if (i < n || n == 0) {
+        std::uint32_t v = 0;
+        for (std::size_t k = 0; k < 4 && i + k < n; ++k) {
+            const std::uint32_t d = kDecode[k][in[i + k]];
+            if (d & kForeign) break;
+            v |= d;
+        }
+        BYTE group[3];
+        PutGroup(group, v);
+        const std::size_t at = static_cast<std::size_t>(out - reinterpret_cast<BYTE*>(result));
+        for (std::size_t k = 0; k < 3 && at + k < size; ++k) out[k] = group[k];
+    }
+    return result;
+}
+
+void ACompress::Base64_Free(char** result) {
+    if (!result || !*result) return;
+    delete[] *result;
+    *result = nullptr;
+}
