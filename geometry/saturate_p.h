@@ -4,6 +4,7 @@
 // helpers clamp to the range instead and map NaN to 0, and are exact truncations otherwise.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -58,6 +59,16 @@ inline std::int32_t PreciseInt(double value, double precision) {
     double v = value >= 0.0 ? value + precision : value - precision;
     v = v < 0.0 ? v - kEpsilon : v + kEpsilon;
     return TruncI32(v);
+}
+
+/// a / b with the IEEE result also for a zero divisor (an infinity signed by both operands,
+/// or NaN for 0/0 and NaN/0), without performing a division by zero: callers whose contract
+/// lets a singular map yield infinities use this instead of `/`.
+inline double IeeeDiv(double a, double b) {
+    if (b != 0.0) return a / b;
+    if (a != a || a == 0.0) return std::numeric_limits<double>::quiet_NaN();
+    const bool negative = std::signbit(a) != std::signbit(b);
+    return negative ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::infinity();
 }
 
 }  // namespace kxbase::detail

@@ -5,6 +5,7 @@
 
 #include "geometry/saturate_p.h"
 
+using kxbase::detail::IeeeDiv;
 using kxbase::detail::PreciseInt;
 
 namespace {
@@ -227,8 +228,8 @@ int ATransform::CanInverseCalc() const { return (eM21 * eM12 - eM22 * eM11 != 0.
 
 void ATransform::InverseCalcPoint(double& x, double& y) const {
     const double det = eM11 * eM22 - eM12 * eM21;
-    const double x0 = (x * eM22 - y * eM21 - (eDx * eM22 - eDy * eM21)) / det;
-    const double y0 = -(x * eM12 - y * eM11 - (eDx * eM12 - eDy * eM11)) / det;
+    const double x0 = IeeeDiv(x * eM22 - y * eM21 - (eDx * eM22 - eDy * eM21), det);
+    const double y0 = IeeeDiv(-(x * eM12 - y * eM11 - (eDx * eM12 - eDy * eM11)), det);
     x = x0;
     y = y0;
 }
@@ -324,11 +325,13 @@ int ATransform::Resolution(const POINTD& scaleCenter, const POINTD& rotateCenter
         axisOffset();
     } else {
         if (!(std::fabs(c * a + b * d) <= 1e-12)) return 0;  // not a rotation of a scaling
-        const double r = std::sqrt(a * det / d);
-        cs = a / r;
-        sn = b / r;
+        // d is 0.0 only when |a| is exactly the tolerance; the divisions then give infinities
+        // or NaN, which the unit-circle test below refuses.
+        const double r = std::sqrt(IeeeDiv(a * det, d));
+        cs = IeeeDiv(a, r);
+        sn = IeeeDiv(b, r);
         sx = r;
-        sy = det / r;
+        sy = IeeeDiv(det, r);
         if (!(std::fabs(1.0 - cs * cs - sn * sn) <= 1e-12)) return 0;
         if (cs == 0.0) {
             quarterTurnOffset();

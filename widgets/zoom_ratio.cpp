@@ -54,7 +54,9 @@ void ZelZoomInRatio(double& ratio) {
     }
     // The plain floor of the double inverse: 1/(1/123) is just below 123 and gives 122.
     const double n = std::floor(1.0 / ratio);
-    double r = 1.0 / std::fmin(n - ReductionStep(n), kMaxInverse);
+    const double m = std::fmin(n - ReductionStep(n), kMaxInverse);
+    // From 1/1 (n = 1) the reduced step reaches 1/0: that is above 1:1 and becomes 1:1.
+    double r = m > 0.0 ? 1.0 / m : 1.0;
     if (r > 1.0) r = 1.0;
     ratio = std::fmin(r, kMaxRatio);
 }
