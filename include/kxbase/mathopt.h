@@ -2,3 +2,5 @@
 #pragma once
 
 #include <kxbase/platform.h>
+#include <kxbase/mathopt/raster_fraction.h>
+#include <kxbase/mathopt/amathopt.h>
