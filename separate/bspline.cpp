@@ -1,11 +1,17 @@
 // B-spline to Bezier conversion and the in-place span layouts of SEPARATE.
 #include <kxbase/separate/separate.h>
 
-#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <vector>
 
+#include "point_lanes_p.h"
+
 namespace {
+
+using kxbase::detail::Lanes;
+using kxbase::detail::Load;
 
 // The weights are these rounded literals on purpose: results must match, to the last bit of
 // the integer form, what existing data was produced with.
@@ -13,81 +19,66 @@ constexpr double kA = 0.1666666666667;
 constexpr double kB = 0.666666666667;
 constexpr double kC = 0.333333333333;
 
-struct Pt {
-    double x, y;
-};
+// Outputs of at least this many bytes are written with non-temporal stores where the
+// processor has them: far larger than the caches, they would only evict the caller's data,
+// and skipping the read-for-ownership halves the memory traffic.
+constexpr std::size_t kStreamBytes = std::size_t{8} << 20;
 
-inline Pt ToPt(const POINT& p) {
-    return {static_cast<double>(p.x), static_cast<double>(p.y)};
-}
-inline Pt ToPt(const POINTD& p) {
-    return {p.x, p.y};
+inline Lanes Phantom(Lanes end, Lanes inner) {
+    return 2.0 * end - inner;
 }
 
-// Half-away rounding of the integer form: +0.5 for a positive value, -0.5 for zero or a
-// negative one, then truncation toward zero. Values outside LONG's range (and NaN, which the
-// integer form cannot produce) saturate instead of invoking an undefined conversion.
-inline LONG RoundHalfAway(double v) {
-    const double r = v > 0.0 ? v + 0.5 : v - 0.5;
-    if (!(r > -2147483649.0)) return r != r ? 0 : INT32_MIN;
-    if (!(r < 2147483648.0)) return INT32_MAX;
-    return static_cast<LONG>(r);
+// One window (A, B, C, D) to four Bezier points, the full weight matrix product with each
+// sum formed left to right:
+//   a*A + b*B + a*C + 0*D,  0*A + b*B + c*C + 0*D,  0*A + c*B + b*C + 0*D,  0*A + a*B + b*C + a*D
+// The zero entries take part (they turn a non-finite coordinate into NaN across the window);
+// a product that occurs twice is formed once.
+template <class Sink, class P>
+inline void Span(Lanes A, Lanes B, Lanes C, Lanes D, P* o) {
+    const Lanes zA = 0.0 * A, zD = 0.0 * D, bB = kB * B, bC = kB * C;
+    Sink::Put4(o, kA * A + bB + kA * C + zD, zA + bB + kC * C + zD, zA + kC * B + bC + zD,
+               zA + kA * B + bC + kA * D);
 }
 
-inline void Store(POINT& o, double x, double y) {
-    o = {RoundHalfAway(x), RoundHalfAway(y)};
-}
-inline void Store(POINTD& o, double x, double y) {
-    o.x = x;
-    o.y = y;
-}
-
-// One window (A, B, C, D) to four Bezier points, the full weight matrix including its zero
-// entries, each sum formed left to right.
-template <class Out>
-inline void Span(const Pt& A, const Pt& B, const Pt& C, const Pt& D, Out* o) {
-    Store(o[0], kA * A.x + kB * B.x + kA * C.x + 0.0 * D.x,
-          kA * A.y + kB * B.y + kA * C.y + 0.0 * D.y);
-    Store(o[1], 0.0 * A.x + kB * B.x + kC * C.x + 0.0 * D.x,
-          0.0 * A.y + kB * B.y + kC * C.y + 0.0 * D.y);
-    Store(o[2], 0.0 * A.x + kC * B.x + kB * C.x + 0.0 * D.x,
-          0.0 * A.y + kC * B.y + kB * C.y + 0.0 * D.y);
-    Store(o[3], 0.0 * A.x + kA * B.x + kB * C.x + kA * D.x,
-          0.0 * A.y + kA * B.y + kB * C.y + kA * D.y);
+template <class Sink, class P>
+void SplineSpans(const P* in, int n, P* out) {
+    // First window (Q, P0, P1, P2), the windows wholly inside the polygon, last window
+    // (Pn-3, Pn-2, Pn-1, R). The loop slides the window by one point per span.
+    Lanes A = Phantom(Load(in[0]), Load(in[1])), B = Load(in[0]), C = Load(in[1]), D = Load(in[2]);
+    P* o = out;
+    for (int k = 3; k < n; ++k, o += 4) {
+        Span<Sink>(A, B, C, D, o);
+        A = B;
+        B = C;
+        C = D;
+        D = Load(in[k]);
+    }
+    Span<Sink>(A, B, C, D, o);
+    Span<Sink>(B, C, D, Phantom(D, C), o + 4);
 }
 
-inline Pt Phantom(const Pt& end, const Pt& inner) {
-    return {2.0 * end.x - inner.x, 2.0 * end.y - inner.y};
-}
-
-template <class In, class Out>
-int Convert(const In* in, int n, Out* out, int& outCount, int mode) {
+template <class P>
+int Convert(const P* in, int n, P* out, int& outCount, int mode) {
+    using Sinks = kxbase::detail::SinkFor<P>;
     if (!in || !out) return 0;
     if (mode == 0) {
         if (n != 4) return 0;
-        const Pt b0 = ToPt(in[0]), b1 = ToPt(in[1]), b2 = ToPt(in[2]), b3 = ToPt(in[3]);
-        Store(out[0], 6.0 * b0.x - 7.0 * b1.x + 2.0 * b2.x, 6.0 * b0.y - 7.0 * b1.y + 2.0 * b2.y);
-        Store(out[1], 2.0 * b1.x - b2.x, 2.0 * b1.y - b2.y);
-        Store(out[2], -b1.x + 2.0 * b2.x, -b1.y + 2.0 * b2.y);
-        Store(out[3], 2.0 * b1.x - 7.0 * b2.x + 6.0 * b3.x, 2.0 * b1.y - 7.0 * b2.y + 6.0 * b3.y);
+        const Lanes b0 = Load(in[0]), b1 = Load(in[1]), b2 = Load(in[2]), b3 = Load(in[3]);
+        Sinks::template type<false>::Put4(out, 6.0 * b0 - 7.0 * b1 + 2.0 * b2, 2.0 * b1 - b2,
+                                          2.0 * b2 - b1, 2.0 * b1 - 7.0 * b2 + 6.0 * b3);
         outCount = 4;
         return 1;
     }
     if (n < 4 || n > SEPARATE::kMaxControlPoints) return 0;
 
-    // First window (Q, P0, P1, P2), the windows wholly inside the polygon, last window
-    // (Pn-3, Pn-2, Pn-1, R). The middle loop slides the window by one point per span.
-    Pt p0 = ToPt(in[0]), p1 = ToPt(in[1]), p2 = ToPt(in[2]);
-    Span(Phantom(p0, p1), p0, p1, p2, out);
-    Out* o = out + 4;
-    for (int k = 3; k < n; ++k, o += 4) {
-        const Pt p3 = ToPt(in[k]);
-        Span(p0, p1, p2, p3, o);
-        p0 = p1;
-        p1 = p2;
-        p2 = p3;
+    const std::size_t bytes = std::size_t{4} * static_cast<std::size_t>(n - 1) * sizeof(P);
+    if (kxbase::detail::kCanStream && bytes >= kStreamBytes &&
+        reinterpret_cast<std::uintptr_t>(out) % 16 == 0) {
+        SplineSpans<typename Sinks::template type<true>>(in, n, out);
+        kxbase::detail::StreamFence();
+    } else {
+        SplineSpans<typename Sinks::template type<false>>(in, n, out);
     }
-    Span(p0, p1, p2, Phantom(p2, p1), o);
     outCount = 4 * (n - 1);
     return 1;
 }
@@ -101,13 +92,10 @@ std::vector<POINTD> WithPhantoms(const POINTD* p, int n) {
     } catch (const std::exception&) {  // bad_alloc: report failure, never throw out
         return {};
     }
-    const Pt q = Phantom(ToPt(p[0]), ToPt(p[1]));
-    const Pt r = Phantom(ToPt(p[n - 1]), ToPt(p[n - 2]));
-    s[0].x = q.x;
-    s[0].y = q.y;
+    s[0] = POINTD(2.0 * p[0].x - p[1].x, 2.0 * p[0].y - p[1].y);
     for (int i = 0; i < n; ++i) s[static_cast<std::size_t>(i) + 1] = p[i];
-    s[static_cast<std::size_t>(n) + 1].x = r.x;
-    s[static_cast<std::size_t>(n) + 1].y = r.y;
+    s[static_cast<std::size_t>(n) + 1] =
+        POINTD(2.0 * p[n - 1].x - p[n - 2].x, 2.0 * p[n - 1].y - p[n - 2].y);
     return s;
 }
 

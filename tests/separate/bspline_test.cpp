@@ -200,3 +200,31 @@ TEST(SpanLayout, WindowsMatchTheConverter) {
     EXPECT_EQ(one[0].x, 1.0);  // failures leave the array alone
     EXPECT_EQ(one[3].y, 8.0);
 }
+
+// Catches a fault in the path for large outputs (written around the cache): a polygon long
+// enough to take it must give, span by span, what the window alone gives, in both forms.
+TEST(BSplineToBezier, LargeOutputsMatchSpanBySpan) {
+    std::mt19937 rng(5);
+    const int n = 300000;  // 4.8 million points: far above the size that bypasses the cache
+    const std::vector<POINTD> p = RandomPolygon(rng, n, 1e4);
+    std::vector<POINT> pi;
+    for (const POINTD& q : p) pi.push_back({static_cast<LONG>(q.x), static_cast<LONG>(q.y)});
+    const std::vector<POINTD> big = Convert(p, 1);
+    std::vector<POINT> bigi(4 * n);
+    int count = 0;
+    ASSERT_EQ(SEPARATE::BSplineToBezier(pi.data(), n, bigi.data(), count, 1), 1);
+    ASSERT_EQ(count, 4 * (n - 1));
+    for (int s = 1; s + 2 < n; s += 997) {
+        POINTD w[12];
+        POINT wi[12];
+        ASSERT_EQ(SEPARATE::BSplineToBezier(&p[s - 1], 4, w, count, 1), 1);
+        ASSERT_EQ(SEPARATE::BSplineToBezier(&pi[s - 1], 4, wi, count, 1), 1);
+        for (int j = 0; j < 4; ++j) {
+            EXPECT_EQ(big[4 * s + j].x, w[4 + j].x) << s;
+            EXPECT_EQ(big[4 * s + j].y, w[4 + j].y) << s;
+            EXPECT_EQ(bigi[4 * s + j], wi[4 + j]) << s;
+        }
+    }
+    EXPECT_NEAR(big.back().x, p.back().x, 1e-7);
+    EXPECT_EQ(bigi[4 * (n - 1) - 1], pi.back());
+}
