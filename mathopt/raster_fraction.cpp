@@ -15,6 +15,7 @@ double kxbase::detail::Round8(double v) {
 
 namespace {
 
+using kxbase::detail::Divide;
 using kxbase::detail::Round8;
 
 constexpr DWORD kPlaceholderCount = 10000;
@@ -134,7 +135,7 @@ double AMathOpt::raster_fraction_correct_resolution(const RASTER_FRACTION_PRINTI
         DWORD{info.stepFirst} * info.firstCount + DWORD{info.stepSecond} * info.secondCount;
     const double pixels = static_cast<double>(info.secondCount) + info.firstCount;
     const double pitch = static_cast<double>(steps) / pixels;
-    return Round8(1.0 / (pitch * step) * 25.4);
+    return Round8(Divide(1.0, pitch * step) * 25.4);
 }
 
 ULONG AMathOpt::raster_width_from_image(const RASTER_FRACTION_PRINTINFO& info, ULONG w) {
@@ -155,7 +156,7 @@ ULONG AMathOpt::raster_width_from_image(const RASTER_FRACTION_PRINTINFO& info, U
 }
 
 double AMathOpt::FrequencyToSpeed(double resolution, double frequency) {
-    return Round8(frequency / (resolution / 25.4));
+    return Round8(Divide(frequency, resolution / 25.4));
 }
 
 double AMathOpt::SpeedToFrequency(double resolution, double speed) {
@@ -163,5 +164,5 @@ double AMathOpt::SpeedToFrequency(double resolution, double speed) {
 }
 
 double AMathOpt::FrequencyToResolution(double frequency, double speed) {
-    return Round8(frequency / speed * 25.4);
+    return Round8(Divide(frequency, speed) * 25.4);
 }
