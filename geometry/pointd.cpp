@@ -11,19 +11,27 @@ using kxbase::detail::HalfAway32;
 
 namespace {
 
-bool WithinTolerance(double d) { return d > -kxbase::detail::kEpsilon && d < kxbase::detail::kEpsilon; }
+bool WithinTolerance(double d) {
+    return d > -kxbase::detail::kEpsilon && d < kxbase::detail::kEpsilon;
+}
 
 }  // namespace
 
-POINTD::operator POINT() const { return POINT{EpsTrunc32(x), EpsTrunc32(y)}; }
+POINTD::operator POINT() const {
+    return POINT{EpsTrunc32(x), EpsTrunc32(y)};
+}
 
-POINT POINTD::GPOINT() const { return POINT{HalfAway32(x), HalfAway32(y)}; }
+POINT POINTD::GPOINT() const {
+    return POINT{HalfAway32(x), HalfAway32(y)};
+}
 
 int POINTD::operator==(const POINTD& other) const {
     return (WithinTolerance(x - other.x) && WithinTolerance(y - other.y)) ? 1 : 0;
 }
 
-int POINTD::operator==(const POINT& other) const { return *this == POINTD(other); }
+int POINTD::operator==(const POINT& other) const {
+    return *this == POINTD(other);
+}
 
 RECTD::operator RECT() const {
     return RECT{EpsTrunc32(left), EpsTrunc32(top), EpsTrunc32(right), EpsTrunc32(bottom)};
@@ -34,10 +42,15 @@ RECT RECTD::GRECT() const {
 }
 
 int RECTD::operator==(const RECTD& other) const {
-    return (left == other.left && top == other.top && right == other.right && bottom == other.bottom) ? 1 : 0;
+    return (left == other.left && top == other.top && right == other.right &&
+            bottom == other.bottom)
+               ? 1
+               : 0;
 }
 
-int RECTD::operator==(const RECT& other) const { return *this == RECTD(other); }
+int RECTD::operator==(const RECT& other) const {
+    return *this == RECTD(other);
+}
 
 void RECTD::NormalizeRect() {
     if (left > right) std::swap(left, right);
@@ -57,7 +70,8 @@ void RECTD::NormalizeBorder() {
 
 void RECTD::UnionRect(const RECTD& a, const RECTD& b) {
     const RECTD r((a.left < b.left) ? a.left : b.left, (a.top < b.top) ? a.top : b.top,
-                  (a.right > b.right) ? a.right : b.right, (a.bottom > b.bottom) ? a.bottom : b.bottom);
+                  (a.right > b.right) ? a.right : b.right,
+                  (a.bottom > b.bottom) ? a.bottom : b.bottom);
     *this = r;
 }
 

@@ -45,14 +45,22 @@ inline std::uint64_t TruncU64(double v) {
 
 /// The epsilon step: 1e-10 added to a value that is not negative (0.0 and -0.0 included),
 /// subtracted from a negative one.
-inline double AddEpsilon(double v) { return v >= 0.0 ? v + kEpsilon : v - kEpsilon; }
+inline double AddEpsilon(double v) {
+    return v >= 0.0 ? v + kEpsilon : v - kEpsilon;
+}
 /// The half step: 0.5 added to a value that is not negative, subtracted from a negative one.
-inline double AddHalf(double v) { return v >= 0.0 ? v + 0.5 : v - 0.5; }
+inline double AddHalf(double v) {
+    return v >= 0.0 ? v + 0.5 : v - 0.5;
+}
 
 /// Epsilon truncation to int32 (saturating).
-inline std::int32_t EpsTrunc32(double v) { return TruncI32(AddEpsilon(v)); }
+inline std::int32_t EpsTrunc32(double v) {
+    return TruncI32(AddEpsilon(v));
+}
 /// Half-away rounding to int32 (saturating).
-inline std::int32_t HalfAway32(double v) { return TruncI32(AddEpsilon(AddHalf(v))); }
+inline std::int32_t HalfAway32(double v) {
+    return TruncI32(AddEpsilon(AddHalf(v)));
+}
 
 /// CPrecise::PreciseInt, inlined for point loops.
 inline std::int32_t PreciseInt(double value, double precision) {
@@ -68,7 +76,8 @@ inline double IeeeDiv(double a, double b) {
     if (b != 0.0) return a / b;
     if (a != a || a == 0.0) return std::numeric_limits<double>::quiet_NaN();
     const bool negative = std::signbit(a) != std::signbit(b);
-    return negative ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::infinity();
+    return negative ? -std::numeric_limits<double>::infinity()
+                    : std::numeric_limits<double>::infinity();
 }
 
 }  // namespace kxbase::detail

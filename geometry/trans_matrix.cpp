@@ -11,7 +11,9 @@ namespace {
 
 constexpr double kTol = 1e-10;
 
-bool Within(double d, double t = kTol) { return d > -t && d < t; }
+bool Within(double d, double t = kTol) {
+    return d > -t && d < t;
+}
 
 }  // namespace
 
@@ -42,13 +44,15 @@ TransMatrix::operator XFORM() const {
 }
 
 int TransMatrix::IdentityMatrix() const {
-    return (Within(eM11 - 1.0) && Within(eM12) && Within(eM21) && Within(eM22 - 1.0) && Within(eDx) &&
-            Within(eDy))
+    return (Within(eM11 - 1.0) && Within(eM12) && Within(eM21) && Within(eM22 - 1.0) &&
+            Within(eDx) && Within(eDy))
                ? 1
                : 0;
 }
 
-int TransMatrix::OnlyScaleOffset() const { return (Within(eM12) && Within(eM21)) ? 1 : 0; }
+int TransMatrix::OnlyScaleOffset() const {
+    return (Within(eM12) && Within(eM21)) ? 1 : 0;
+}
 
 int TransMatrix::OnlyOffset(const TransMatrix& other, POINTD* offset) const {
     if (!Within(eM11 - other.eM11) || !Within(eM12 - other.eM12) || !Within(eM21 - other.eM21) ||

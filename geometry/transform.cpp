@@ -37,7 +37,12 @@ struct Mapper {
     bool axisAligned;
 
     explicit Mapper(const TransMatrix& m)
-        : m11(m.eM11), m12(m.eM12), m21(m.eM21), m22(m.eM22), dx(m.eDx), dy(m.eDy),
+        : m11(m.eM11),
+          m12(m.eM12),
+          m21(m.eM21),
+          m22(m.eM22),
+          dx(m.eDx),
+          dy(m.eDy),
           axisAligned(m.eM12 == 0.0 && m.eM21 == 0.0) {}
 
     void Map(POINTD* p, int n) const {
@@ -145,7 +150,9 @@ void ATransform::Reflection(const ATransform& src, double angle, double cx, doub
     Reflection(angle, cx, cy);
 }
 
-void ATransform::MultMatrix(const TransMatrix& other) { Multiply(*this, *this, other); }
+void ATransform::MultMatrix(const TransMatrix& other) {
+    Multiply(*this, *this, other);
+}
 
 void ATransform::MultMatrix(ATransform& out, const TransMatrix& a, const TransMatrix& b) {
     Multiply(out, a, b);
@@ -205,7 +212,8 @@ void ATransform::CalcPoints(POINTD* pts, int n) const {
     if (pts != nullptr && n > 0) Mapper(*this).Map(pts, n);
 }
 
-void ATransform::CalcPointPoints(POINT* pts, const int* counts, int groups, double precision) const {
+void ATransform::CalcPointPoints(POINT* pts, const int* counts, int groups,
+                                 double precision) const {
     MapGroups(Mapper(*this), pts, counts, groups, precision);
 }
 void ATransform::CalcPointPoints(POINTF* pts, const int* counts, int groups) const {
@@ -224,7 +232,9 @@ void ATransform::CalcDist(double& d) const {
 
 // ---- inverse mapping ----------------------------------------------------------------------
 
-int ATransform::CanInverseCalc() const { return (eM21 * eM12 - eM22 * eM11 != 0.0) ? 1 : 0; }
+int ATransform::CanInverseCalc() const {
+    return (eM21 * eM12 - eM22 * eM11 != 0.0) ? 1 : 0;
+}
 
 void ATransform::InverseCalcPoint(double& x, double& y) const {
     const double det = eM11 * eM22 - eM12 * eM21;
@@ -263,7 +273,8 @@ void ATransform::InverseCalcPoints(POINTD* pts, int n) const {
     if (pts != nullptr && n > 0 && inv.InverseMatrix(*this)) Mapper(inv).Map(pts, n);
 }
 
-void ATransform::InverseCalcPointPoints(POINT* pts, const int* counts, int groups, double precision) const {
+void ATransform::InverseCalcPointPoints(POINT* pts, const int* counts, int groups,
+                                        double precision) const {
     TransMatrix inv;
     if (inv.InverseMatrix(*this)) MapGroups(Mapper(inv), pts, counts, groups, precision);
 }
@@ -338,14 +349,17 @@ int ATransform::Resolution(const POINTD& scaleCenter, const POINTD& rotateCenter
         } else if (sn == 0.0) {
             axisOffset();
         } else {
-            const double u = p1x * cs - p1x * a - p1y * sn - p1y * c + p2x - p2x * cs + p2y * sn - e;
-            const double v = p1x * c + p1x * sn + p1y * cs - p1y * d + p2y - p2y * cs - p2x * sn - f;
+            const double u =
+                p1x * cs - p1x * a - p1y * sn - p1y * c + p2x - p2x * cs + p2y * sn - e;
+            const double v =
+                p1x * c + p1x * sn + p1y * cs - p1y * d + p2y - p2y * cs - p2x * sn - f;
             tx = -u * cs - v * sn;
             ty = u * sn - v * cs;
         }
     }
 
-    scale->TransMatrix::operator=(TransMatrix(sx, 0.0, 0.0, sy, (1.0 - sx) * p1x, (1.0 - sy) * p1y));
+    scale->TransMatrix::operator=(
+        TransMatrix(sx, 0.0, 0.0, sy, (1.0 - sx) * p1x, (1.0 - sy) * p1y));
     offset->TransMatrix::operator=(TransMatrix(1.0, 0.0, 0.0, 1.0, tx, ty));
     rotate->TransMatrix::operator=(
         TransMatrix(cs, sn, -sn, cs, sn * p2y + (1.0 - cs) * p2x, (1.0 - cs) * p2y - sn * p2x));

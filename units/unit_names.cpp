@@ -5,16 +5,24 @@
 namespace {
 
 // String-table ids of the names; 0 for an unknown unit.
-UINT SizeUnitId(ASizeUnit unit) { return (unit >= SIZE_PIXEL && unit <= SIZE_INCH) ? 13u + static_cast<UINT>(unit) : 0u; }
+UINT SizeUnitId(ASizeUnit unit) {
+    return (unit >= SIZE_PIXEL && unit <= SIZE_INCH) ? 13u + static_cast<UINT>(unit) : 0u;
+}
 
 UINT ResUnitId(AResUnit unit) {
     switch (unit) {
-    case RES_DPI: return 22;
-    case RES_DPCMM: return 26;
-    case RES_DPMM: return 24;
-    case RES_DPCM: return 25;
-    case RES_DPM: return 23;
-    default: return 0;
+        case RES_DPI:
+            return 22;
+        case RES_DPCMM:
+            return 26;
+        case RES_DPMM:
+            return 24;
+        case RES_DPCM:
+            return 25;
+        case RES_DPM:
+            return 23;
+        default:
+            return 0;
     }
 }
 
@@ -40,7 +48,15 @@ int LoadName(UINT id, CString& text) {
 
 }  // namespace
 
-int SizeUnitString(char* buf, int size, ASizeUnit unit) { return LoadName(SizeUnitId(unit), buf, size); }
-int SizeUnitString(CString& text, ASizeUnit unit) { return LoadName(SizeUnitId(unit), text); }
-int ResUnitString(char* buf, int size, AResUnit unit) { return LoadName(ResUnitId(unit), buf, size); }
-int ResUnitString(CString& text, AResUnit unit) { return LoadName(ResUnitId(unit), text); }
+int SizeUnitString(char* buf, int size, ASizeUnit unit) {
+    return LoadName(SizeUnitId(unit), buf, size);
+}
+int SizeUnitString(CString& text, ASizeUnit unit) {
+    return LoadName(SizeUnitId(unit), text);
+}
+int ResUnitString(char* buf, int size, AResUnit unit) {
+    return LoadName(ResUnitId(unit), buf, size);
+}
+int ResUnitString(CString& text, AResUnit unit) {
+    return LoadName(ResUnitId(unit), text);
+}

@@ -14,19 +14,18 @@ using kxbase::detail::AddEpsilon;
 using kxbase::detail::AddHalf;
 using kxbase::detail::TruncI64;
 
-constexpr std::int64_t kPow10[11] = {1,         10,         100,         1000,
-                                     10000,     100000,     1000000,     10000000,
-                                     100000000, 1000000000, 10000000000};
+constexpr std::int64_t kPow10[11] = {1,       10,       100,       1000,       10000,      100000,
+                                     1000000, 10000000, 100000000, 1000000000, 10000000000};
 
 // Longest text: "-9223372036854775807" + "." + 10 places, plus the terminator.
 constexpr int kTextMax = 40;
 
 // The parts of the fixed-place text, from which both the text and its value are made.
 struct FixedParts {
-    std::int64_t ip = 0;     // integer part as printed (before any "-" of a "-0")
-    std::int64_t frac = 0;   // A: the fraction's magnitude in units of 10^-places
-    int places = 0;          // 0 for the integer form
-    bool negZero = false;    // integer part 0 with a negative fraction: written "-0"
+    std::int64_t ip = 0;    // integer part as printed (before any "-" of a "-0")
+    std::int64_t frac = 0;  // A: the fraction's magnitude in units of 10^-places
+    int places = 0;         // 0 for the integer form
+    bool negZero = false;   // integer part 0 with a negative fraction: written "-0"
 };
 
 FixedParts Decompose(double value, int digits, int round) {
@@ -67,7 +66,8 @@ int WriteText(const FixedParts& p, char* out) {
     if (p.places > 0) {
         *cur++ = '.';
         char digits[16];
-        const int n = static_cast<int>(std::to_chars(digits, digits + sizeof digits, p.frac).ptr - digits);
+        const int n =
+            static_cast<int>(std::to_chars(digits, digits + sizeof digits, p.frac).ptr - digits);
         for (int i = n; i < p.places; ++i) *cur++ = '0';
         for (int i = 0; i < n; ++i) *cur++ = digits[i];
     }
@@ -99,7 +99,8 @@ double ZelFloatPrecision(double value, int digits, int round) {
     // the nearest double to the decimal text, exactly as parsing the text would.
     const std::int64_t scale = kPow10[p.places];
     const bool negative = p.negZero || p.ip < 0;
-    const std::uint64_t mag = p.ip < 0 ? 0 - static_cast<std::uint64_t>(p.ip) : static_cast<std::uint64_t>(p.ip);
+    const std::uint64_t mag =
+        p.ip < 0 ? 0 - static_cast<std::uint64_t>(p.ip) : static_cast<std::uint64_t>(p.ip);
     constexpr std::uint64_t kExactLimit = std::uint64_t{1} << 53;
     if (mag < kExactLimit / static_cast<std::uint64_t>(scale)) {
         const double q = static_cast<double>(mag * static_cast<std::uint64_t>(scale) +
@@ -114,8 +115,12 @@ double ZelFloatPrecision(double value, int digits, int round) {
     return result;
 }
 
-double ZelFloor(double value) { return std::floor(ZelFloatPrecision(value, 8, 1)); }
-double ZelCeil(double value) { return std::ceil(ZelFloatPrecision(value, 8, 1)); }
+double ZelFloor(double value) {
+    return std::floor(ZelFloatPrecision(value, 8, 1));
+}
+double ZelCeil(double value) {
+    return std::ceil(ZelFloatPrecision(value, 8, 1));
+}
 
 int ZelFloatToInt(double value, int round) {
     return kxbase::detail::TruncI32(AddEpsilon(round ? AddHalf(value) : value));

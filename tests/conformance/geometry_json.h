@@ -16,17 +16,28 @@ namespace conf::geo {
 
 // ---- reading ----------------------------------------------------------------------------
 
-inline POINTD pointd(const json& v) { return POINTD(num(v.at(0)), num(v.at(1))); }
-inline POINT point(const json& v) { return POINT{i32(v.at(0)), i32(v.at(1))}; }
+inline POINTD pointd(const json& v) {
+    return POINTD(num(v.at(0)), num(v.at(1)));
+}
+inline POINT point(const json& v) {
+    return POINT{i32(v.at(0)), i32(v.at(1))};
+}
 inline POINTF pointf(const json& v) {
     return POINTF{static_cast<float>(num(v.at(0))), static_cast<float>(num(v.at(1)))};
 }
-inline RECTD rectd(const json& v) { return RECTD(num(v.at(0)), num(v.at(1)), num(v.at(2)), num(v.at(3))); }
-inline RECT rect(const json& v) { return RECT{i32(v.at(0)), i32(v.at(1)), i32(v.at(2)), i32(v.at(3))}; }
-inline ATransform transform(const json& v) {
-    return ATransform(num(v.at(0)), num(v.at(1)), num(v.at(2)), num(v.at(3)), num(v.at(4)), num(v.at(5)));
+inline RECTD rectd(const json& v) {
+    return RECTD(num(v.at(0)), num(v.at(1)), num(v.at(2)), num(v.at(3)));
 }
-inline TransMatrix matrix(const json& v) { return transform(v); }
+inline RECT rect(const json& v) {
+    return RECT{i32(v.at(0)), i32(v.at(1)), i32(v.at(2)), i32(v.at(3))};
+}
+inline ATransform transform(const json& v) {
+    return ATransform(num(v.at(0)), num(v.at(1)), num(v.at(2)), num(v.at(3)), num(v.at(4)),
+                      num(v.at(5)));
+}
+inline TransMatrix matrix(const json& v) {
+    return transform(v);
+}
 
 inline std::vector<POINTD> pointds(const json& v) {
     std::vector<POINTD> out;
@@ -46,13 +57,24 @@ inline std::vector<POINTF> pointfs(const json& v) {
 
 // ---- writing ----------------------------------------------------------------------------
 
-inline json to_json(const POINTD& p) { return json::array({dbl(p.x), dbl(p.y)}); }
-inline json to_json(const POINT& p) { return json::array({p.x, p.y}); }
-inline json to_json(const POINTF& p) { return json::array({dbl(p.x), dbl(p.y)}); }
-inline json to_json(const RECTD& r) { return json::array({dbl(r.left), dbl(r.top), dbl(r.right), dbl(r.bottom)}); }
-inline json to_json(const RECT& r) { return json::array({r.left, r.top, r.right, r.bottom}); }
+inline json to_json(const POINTD& p) {
+    return json::array({dbl(p.x), dbl(p.y)});
+}
+inline json to_json(const POINT& p) {
+    return json::array({p.x, p.y});
+}
+inline json to_json(const POINTF& p) {
+    return json::array({dbl(p.x), dbl(p.y)});
+}
+inline json to_json(const RECTD& r) {
+    return json::array({dbl(r.left), dbl(r.top), dbl(r.right), dbl(r.bottom)});
+}
+inline json to_json(const RECT& r) {
+    return json::array({r.left, r.top, r.right, r.bottom});
+}
 inline json to_json(const TransMatrix& m) {
-    return json::array({dbl(m.eM11), dbl(m.eM12), dbl(m.eM21), dbl(m.eM22), dbl(m.eDx), dbl(m.eDy)});
+    return json::array(
+        {dbl(m.eM11), dbl(m.eM12), dbl(m.eM21), dbl(m.eM22), dbl(m.eDx), dbl(m.eDy)});
 }
 
 template <class P>

@@ -25,7 +25,8 @@ public:
     /// Stored as given, no ordering.
     RECTD(double l, double t, double r, double b) : left(l), top(t), right(r), bottom(b) {}
     /// Each integer edge converted exactly.
-    RECTD(const RECT& rc) : left(rc.left), top(rc.top), right(rc.right), bottom(rc.bottom) {}  // NOLINT
+    RECTD(const RECT& rc)
+        : left(rc.left), top(rc.top), right(rc.right), bottom(rc.bottom) {}  // NOLINT
     /// The bounding box of count points (see GetBorderRect).
     RECTD(const POINTD* points, LONG count) { GetBorderRect(points, count); }
     RECTD(const RECTD&) = default;

@@ -77,7 +77,9 @@ public:
     /// equal to src and 0 is returned.
     int InverseMatrix(const TransMatrix& src);
     /// The same into dst.
-    static int InverseMatrix(TransMatrix& dst, const TransMatrix& src) { return dst.InverseMatrix(src); }
+    static int InverseMatrix(TransMatrix& dst, const TransMatrix& src) {
+        return dst.InverseMatrix(src);
+    }
 
     /// Inverts the n x n row-major matrix a in place by Gauss-Jordan elimination with full
     /// pivoting (the first largest element in row-by-row scan order is the pivot). Returns 1

@@ -125,7 +125,9 @@ public:
     void InverseCalcPoint(float& x, float& y) const;
     void InverseCalcPoint(POINTF& pt) const { InverseCalcPoint(pt.x, pt.y); }
     void InverseCalcPoint(int& x, int& y, double precision) const;
-    void InverseCalcPoint(POINT& pt, double precision) const { InverseCalcPoint(pt.x, pt.y, precision); }
+    void InverseCalcPoint(POINT& pt, double precision) const {
+        InverseCalcPoint(pt.x, pt.y, precision);
+    }
 
     /// Inverts a copy of the six values with TransMatrix::InverseMatrix() and, only when that
     /// succeeds, maps the points with the inverse as CalcPoints / CalcPointPoints do.
@@ -151,6 +153,9 @@ public:
     /// is null, |det| < 1e-10, the factors fail the shape tests (|eM22| < 1e-10 is refused
     /// unless |eM11| is exactly 1e-10; exactly one of |eM12|, |eM21| below 1e-10 is refused),
     /// or the matrix is not a rotation of a scaling within the absolute tolerance 1e-12.
+    /// scale * offset * rotate reproduces the linear part of this map; the translation
+    /// formula (kept as hosts know it) reproduces the offsets when both centres are the
+    /// origin, but with other centres the recomposed y offset generally differs.
     /// Because that tolerance is absolute, maps with large factors (hundreds and more) are
     /// often refused even when they are a rotation of a scaling; the tests are kept as they
     /// are because hosts rely on the same answers.

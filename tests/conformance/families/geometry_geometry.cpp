@@ -10,10 +10,18 @@ using conf::num;
 namespace geo = conf::geo;
 
 static conf::Register reg{
-    {"POINTD::operator POINT", [](const json& a) { return json{{"pt", geo::to_json(POINT(geo::pointd(a["pt"])))}}; }},
-    {"POINTD::GPOINT", [](const json& a) { return json{{"pt", geo::to_json(geo::pointd(a["pt"]).GPOINT())}}; }},
+    {"POINTD::operator POINT",
+     [](const json& a) {
+         return json{{"pt", geo::to_json(POINT(geo::pointd(a["pt"])))}};
+     }},
+    {"POINTD::GPOINT",
+     [](const json& a) {
+         return json{{"pt", geo::to_json(geo::pointd(a["pt"]).GPOINT())}};
+     }},
     {"CPrecise::PreciseInt",
-     [](const json& a) { return json{{"value", CPrecise::PreciseInt(num(a["value"]), num(a["precision"]))}}; }},
+     [](const json& a) {
+         return json{{"value", CPrecise::PreciseInt(num(a["value"]), num(a["precision"]))}};
+     }},
     {"POINTD::operator==",
      [](const json& a) {
          const POINTD p = geo::pointd(a["a"]);
@@ -29,10 +37,22 @@ static conf::Register reg{
              return json{{"value", p != geo::point(a["b"])}};
          return json{{"value", p != geo::pointd(a["b"])}};
      }},
-    {"POINTD::operator+", [](const json& a) { return json{{"pt", geo::to_json(geo::pointd(a["a"]) + geo::pointd(a["b"]))}}; }},
-    {"POINTD::operator-", [](const json& a) { return json{{"pt", geo::to_json(geo::pointd(a["a"]) - geo::pointd(a["b"]))}}; }},
-    {"RECTD::operator RECT", [](const json& a) { return json{{"rc", geo::to_json(RECT(geo::rectd(a["rc"])))}}; }},
-    {"RECTD::GRECT", [](const json& a) { return json{{"rc", geo::to_json(geo::rectd(a["rc"]).GRECT())}}; }},
+    {"POINTD::operator+",
+     [](const json& a) {
+         return json{{"pt", geo::to_json(geo::pointd(a["a"]) + geo::pointd(a["b"]))}};
+     }},
+    {"POINTD::operator-",
+     [](const json& a) {
+         return json{{"pt", geo::to_json(geo::pointd(a["a"]) - geo::pointd(a["b"]))}};
+     }},
+    {"RECTD::operator RECT",
+     [](const json& a) {
+         return json{{"rc", geo::to_json(RECT(geo::rectd(a["rc"])))}};
+     }},
+    {"RECTD::GRECT",
+     [](const json& a) {
+         return json{{"rc", geo::to_json(geo::rectd(a["rc"]).GRECT())}};
+     }},
     {"RECTD::Width/Height/CenterPoint",
      [](const json& a) {
          const RECTD r = geo::rectd(a["rc"]);
@@ -78,10 +98,13 @@ static conf::Register reg{
          return json{{"rc", geo::to_json(r)}};
      }},
     {"RECTD::PtInRect",
-     [](const json& a) { return json{{"value", geo::rectd(a["rc"]).PtInRect(geo::pointd(a["pt"]))}}; }},
+     [](const json& a) {
+         return json{{"value", geo::rectd(a["rc"]).PtInRect(geo::pointd(a["pt"]))}};
+     }},
     {"RECTD::GetBorderRect",
      [](const json& a) {
-         const std::vector<POINTD> pts = a["points"].is_null() ? std::vector<POINTD>{} : geo::pointds(a["points"]);
+         const std::vector<POINTD> pts =
+             a["points"].is_null() ? std::vector<POINTD>{} : geo::pointds(a["points"]);
          // Start from a non-zero rectangle: an empty input must clear it.
          RECTD r(7, 8, 9, 10);
          r.GetBorderRect(pts.empty() ? nullptr : pts.data(), static_cast<LONG>(pts.size()));

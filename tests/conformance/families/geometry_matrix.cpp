@@ -10,8 +10,14 @@ using conf::num;
 namespace geo = conf::geo;
 
 static conf::Register reg{
-    {"TransMatrix::OnlyScaleOffset", [](const json& a) { return json{{"value", geo::matrix(a["m"]).OnlyScaleOffset()}}; }},
-    {"TransMatrix::IdentityMatrix", [](const json& a) { return json{{"value", geo::matrix(a["m"]).IdentityMatrix()}}; }},
+    {"TransMatrix::OnlyScaleOffset",
+     [](const json& a) {
+         return json{{"value", geo::matrix(a["m"]).OnlyScaleOffset()}};
+     }},
+    {"TransMatrix::IdentityMatrix",
+     [](const json& a) {
+         return json{{"value", geo::matrix(a["m"]).IdentityMatrix()}};
+     }},
     {"TransMatrix::OnlyOffset",
      [](const json& a) {
          // A sentinel offset shows whether the call wrote it.
@@ -23,15 +29,17 @@ static conf::Register reg{
     {"TransMatrix::TransMatrix(XFORM)",
      [](const json& a) {
          const std::vector<double> v = conf::nums(a["xform"]);
-         const XFORM xf{static_cast<float>(v.at(0)), static_cast<float>(v.at(1)), static_cast<float>(v.at(2)),
-                        static_cast<float>(v.at(3)), static_cast<float>(v.at(4)), static_cast<float>(v.at(5))};
+         const XFORM xf{static_cast<float>(v.at(0)), static_cast<float>(v.at(1)),
+                        static_cast<float>(v.at(2)), static_cast<float>(v.at(3)),
+                        static_cast<float>(v.at(4)), static_cast<float>(v.at(5))};
          return json{{"m", geo::to_json(TransMatrix(xf))}};
      }},
     {"TransMatrix::operator XFORM",
      [](const json& a) {
          const XFORM xf = geo::matrix(a["m"]);
-         return json{{"xform", json::array({conf::dbl(xf.eM11), conf::dbl(xf.eM12), conf::dbl(xf.eM21),
-                                            conf::dbl(xf.eM22), conf::dbl(xf.eDx), conf::dbl(xf.eDy)})}};
+         return json{
+             {"xform", json::array({conf::dbl(xf.eM11), conf::dbl(xf.eM12), conf::dbl(xf.eM21),
+                                    conf::dbl(xf.eM22), conf::dbl(xf.eDx), conf::dbl(xf.eDy)})}};
      }},
     {"TransMatrix::SetTransMatrix",
      [](const json& a) {

@@ -85,35 +85,46 @@ static conf::Register reg{
      }},
     {"ATransform::CalcDist", [](const json& a) { return Distance(a, false); }},
     {"ATransform::InverseCalcDist", [](const json& a) { return Distance(a, true); }},
-    {"ATransform::CanInverseCalc", [](const json& a) { return json{{"value", geo::transform(a["m"]).CanInverseCalc()}}; }},
+    {"ATransform::CanInverseCalc",
+     [](const json& a) {
+         return json{{"value", geo::transform(a["m"]).CanInverseCalc()}};
+     }},
     {"ATransform::CalcPointPoints(POINT,precision)",
      [](const json& a) {
          std::vector<POINT> pts = geo::points(a["pts"]);
          const std::vector<int> counts = Counts(a["counts"]);
-         geo::transform(a["m"]).CalcPointPoints(pts.data(), counts.data(), static_cast<int>(counts.size()),
-                                                num(a["precision"]));
+         geo::transform(a["m"]).CalcPointPoints(
+             pts.data(), counts.data(), static_cast<int>(counts.size()), num(a["precision"]));
          return json{{"pts", geo::to_json(pts)}};
      }},
     {"ATransform::InverseCalcPoints(POINT,precision)",
      [](const json& a) {
          std::vector<POINT> pts = geo::points(a["pts"]);
-         geo::transform(a["m"]).InverseCalcPoints(pts.data(), static_cast<int>(pts.size()), num(a["precision"]));
+         geo::transform(a["m"]).InverseCalcPoints(pts.data(), static_cast<int>(pts.size()),
+                                                  num(a["precision"]));
          return json{{"pts", geo::to_json(pts)}};
      }},
     {"ATransform::operator==",
-     [](const json& a) { return json{{"value", geo::transform(a["a"]) == geo::transform(a["b"])}}; }},
+     [](const json& a) {
+         return json{{"value", geo::transform(a["a"]) == geo::transform(a["b"])}};
+     }},
     {"ATransform::Resolution",
      [](const json& a) {
          // Sentinel outputs show which parts a refusal left untouched.
          const ATransform sentinel(7, 7, 7, 7, 7, 7);
          ATransform scale = sentinel, offset = sentinel, rotate = sentinel;
-         const int r = geo::transform(a["m"]).Resolution(geo::pointd(a["scaleCenter"]), geo::pointd(a["rotateCenter"]),
-                                                         &scale, &offset, &rotate);
+         const int r = geo::transform(a["m"]).Resolution(geo::pointd(a["scaleCenter"]),
+                                                         geo::pointd(a["rotateCenter"]), &scale,
+                                                         &offset, &rotate);
          auto part = [&](const ATransform& p) {
-             const bool same = p.eM11 == 7 && p.eM12 == 7 && p.eM21 == 7 && p.eM22 == 7 && p.eDx == 7 && p.eDy == 7;
+             const bool same = p.eM11 == 7 && p.eM12 == 7 && p.eM21 == 7 && p.eM22 == 7 &&
+                               p.eDx == 7 && p.eDy == 7;
              return same ? json(nullptr) : geo::to_json(p);
          };
-         return json{{"value", r}, {"scale", part(scale)}, {"offset", part(offset)}, {"rotate", part(rotate)}};
+         return json{{"value", r},
+                     {"scale", part(scale)},
+                     {"offset", part(offset)},
+                     {"rotate", part(rotate)}};
      }},
 };
 

@@ -8,27 +8,46 @@ namespace {
 using conf::json;
 using conf::num;
 
-AResUnit Res(const json& v) { return static_cast<AResUnit>(conf::i32(v)); }
-ASizeUnit Size(const json& v) { return static_cast<ASizeUnit>(conf::i32(v)); }
+AResUnit Res(const json& v) {
+    return static_cast<AResUnit>(conf::i32(v));
+}
+ASizeUnit Size(const json& v) {
+    return static_cast<ASizeUnit>(conf::i32(v));
+}
 
-json Value(double v) { return json{{"value", conf::dbl(v)}}; }
-json Value(int v) { return json{{"value", v}}; }
+json Value(double v) {
+    return json{{"value", conf::dbl(v)}};
+}
+json Value(int v) {
+    return json{{"value", v}};
+}
 
 static conf::Register reg{
     {"ToDPMM", [](const json& a) { return Value(ToDPMM(num(a["res"]), Res(a["unit"]))); }},
     {"ToDPI", [](const json& a) { return Value(ToDPI(num(a["res"]), Res(a["unit"]))); }},
     {"ToNDPI", [](const json& a) { return Value(ToNDPI(num(a["res"]), Res(a["unit"]))); }},
     {"ToINCH",
-     [](const json& a) { return Value(ToINCH(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"]))); }},
-    {"ToMM", [](const json& a) { return Value(ToMM(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"]))); }},
+     [](const json& a) {
+         return Value(ToINCH(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
+     }},
+    {"ToMM",
+     [](const json& a) {
+         return Value(ToMM(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
+     }},
     {"ToPIXEL",
-     [](const json& a) { return Value(ToPIXEL(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"]))); }},
+     [](const json& a) {
+         return Value(ToPIXEL(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
+     }},
     {"ToNPIXEL",
-     [](const json& a) { return Value(ToNPIXEL(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"]))); }},
+     [](const json& a) {
+         return Value(ToNPIXEL(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
+     }},
     {"IsValidRes", [](const json& a) { return Value(IsValidRes(num(a["res"]), Res(a["unit"]))); }},
     {"RightRes", [](const json& a) { return Value(RightRes(num(a["res"]), Res(a["unit"]))); }},
     {"EqualRes",
-     [](const json& a) { return Value(EqualRes(num(a["a"]), num(a["b"]), Res(a["unit"]), conf::i32(a["integer"]))); }},
+     [](const json& a) {
+         return Value(EqualRes(num(a["a"]), num(a["b"]), Res(a["unit"]), conf::i32(a["integer"])));
+     }},
     {"DefResPrecision", [](const json& a) { return Value(DefResPrecision(Res(a["unit"]))); }},
     {"EqualNDPI", [](const json& a) { return Value(EqualNDPI(num(a["a"]), num(a["b"]))); }},
     {"EqualDPMM", [](const json& a) { return Value(EqualDPMM(num(a["a"]), num(a["b"]))); }},
@@ -62,22 +81,27 @@ static conf::Register reg{
          CUnitTrans t;
          t.m_dLength = num(a["length"]);
          t.m_dResolution = num(a["resolution"]);
-         return Value(t.GetValue(Size(a["unit"]), conf::i32(a["digits"]), conf::i32(a["toInteger"])));
+         return Value(
+             t.GetValue(Size(a["unit"]), conf::i32(a["digits"]), conf::i32(a["toInteger"])));
      }},
     {"ConvertSize",
      [](const json& a) {
-         return Value(ConvertSize(num(a["value"]), Size(a["from"]), Size(a["to"]), num(a["res"]), Res(a["resUnit"]),
-                                  conf::i32(a["toInteger"])));
+         return Value(ConvertSize(num(a["value"]), Size(a["from"]), Size(a["to"]), num(a["res"]),
+                                  Res(a["resUnit"]), conf::i32(a["toInteger"])));
      }},
     {"CUnitTrans::SetParams",
      [](const json& a) {
          CUnitTrans t;
-         const int r = t.SetParams(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"]));
-         return json{{"value", r}, {"length", conf::dbl(t.m_dLength)}, {"resolution", conf::dbl(t.m_dResolution)}};
+         const int r =
+             t.SetParams(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"]));
+         return json{{"value", r},
+                     {"length", conf::dbl(t.m_dLength)},
+                     {"resolution", conf::dbl(t.m_dResolution)}};
      }},
     {"ConvertRes",
      [](const json& a) {
-         return Value(ConvertRes(num(a["res"]), Res(a["from"]), Res(a["to"]), conf::i32(a["toInteger"])));
+         return Value(
+             ConvertRes(num(a["res"]), Res(a["from"]), Res(a["to"]), conf::i32(a["toInteger"])));
      }},
     {"CUnitTrans::SetRes",
      [](const json& a) {
