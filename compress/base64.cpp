@@ -87,8 +87,8 @@ char* ACompress::Base64_Decode(const char* text) {
     // Whole groups of four alphabet characters.
     std::size_t i = 0;
     for (; i + 4 <= n; i += 4, out += 3) {
-        const std::uint32_t v = kDecode[0][in[i]] | kDecode[1][in[i + 1]] |
-                                kDecode[2][in[i + 2]] | kDecode[3][in[i + 3]];
+        const std::uint32_t v = kDecode[0][in[i]] | kDecode[1][in[i + 1]] | kDecode[2][in[i + 2]] |
+                                kDecode[3][in[i + 3]];
         if (v & kForeign) break;
         PutGroup(out, v);
     }
@@ -112,6 +112,6 @@ char* ACompress::Base64_Decode(const char* text) {
 
 void ACompress::Base64_Free(char** result) {
     if (!result || !*result) return;
-    delete[] *result;
+    delete[] * result;
     *result = nullptr;
 }

@@ -48,7 +48,8 @@ public:
             v = static_cast<unsigned>((word << shift) >> (64 - width_));
         } else {
             if (pos_ + width_ > UINT64{len_} * 8) return false;
-            std::uint32_t word = std::uint32_t{src_[byte]} << 24 | std::uint32_t{src_[byte + 1]} << 16;
+            std::uint32_t word = std::uint32_t{src_[byte]} << 24 | std::uint32_t{src_[byte + 1]}
+                                                                       << 16;
             if (byte + 2 < len_) word |= std::uint32_t{src_[byte + 2]} << 8;
             v = ((word << shift) >> (32 - width_));
         }

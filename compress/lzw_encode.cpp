@@ -20,7 +20,8 @@ class LzwEncoderDict {
 public:
     explicit LzwEncoderDict(ULONG srcLen) {
         // At most min(srcLen - 1, 3835) entries exist at once; keep the load at or below 1/2.
-        const ULONG entries = srcLen - 1 < kLzwEncoderEntryLimit ? srcLen - 1 : kLzwEncoderEntryLimit;
+        const ULONG entries =
+            srcLen - 1 < kLzwEncoderEntryLimit ? srcLen - 1 : kLzwEncoderEntryLimit;
         unsigned bits = 6;
         while ((1u << bits) < 2 * entries) ++bits;
         shift_ = 32 - bits;

@@ -7,15 +7,17 @@
 #include <kxbase/compress/compress.h>
 
 // One row of the bit table: the bits of v from the most to the least significant.
-#define KX_BITS(v)                                                                           \
-    {((v) >> 7) & 1, ((v) >> 6) & 1, ((v) >> 5) & 1, ((v) >> 4) & 1, ((v) >> 3) & 1,        \
-     ((v) >> 2) & 1, ((v) >> 1) & 1, (v) & 1}
+#define KX_BITS(v)                                                                      \
+    {                                                                                   \
+        ((v) >> 7) & 1, ((v) >> 6) & 1, ((v) >> 5) & 1, ((v) >> 4) & 1, ((v) >> 3) & 1, \
+            ((v) >> 2) & 1, ((v) >> 1) & 1, (v)&1                                       \
+    }
 #define KX_BITS4(v) KX_BITS(v), KX_BITS((v) + 1), KX_BITS((v) + 2), KX_BITS((v) + 3)
 #define KX_BITS16(v) KX_BITS4(v), KX_BITS4((v) + 4), KX_BITS4((v) + 8), KX_BITS4((v) + 12)
 #define KX_BITS64(v) KX_BITS16(v), KX_BITS16((v) + 16), KX_BITS16((v) + 32), KX_BITS16((v) + 48)
 
-constinit const BYTE ACompress::m_byBitTable[256][8] = {KX_BITS64(0), KX_BITS64(64),
-                                                         KX_BITS64(128), KX_BITS64(192)};
+constinit const BYTE ACompress::m_byBitTable[256][8] = {KX_BITS64(0), KX_BITS64(64), KX_BITS64(128),
+                                                        KX_BITS64(192)};
 
 // Row k starts at bit 6 of k, the second byte of k's row in the bit table.
 #define KX_ROW(k) &ACompress::m_byBitTable[k][1]
@@ -34,6 +36,10 @@ constinit const BYTE* const ACompress::m_pRowTable[128] = {KX_ROW64(0), KX_ROW64
 #undef KX_ROW16
 #undef KX_ROW64
 
-int ACompress::Init() { return 1; }
+int ACompress::Init() {
+    return 1;
+}
 
-int ACompress::Exit() { return 1; }
+int ACompress::Exit() {
+    return 1;
+}

@@ -19,7 +19,9 @@ struct LzwProbe : ACompress {
 constexpr ULONG kUntouched = 0xA5A5A5A5u;
 
 // A length output: null when the routine left it alone.
-conf::json Length(ULONG v) { return v == kUntouched ? conf::json() : conf::json(v); }
+conf::json Length(ULONG v) {
+    return v == kUntouched ? conf::json() : conf::json(v);
+}
 
 std::vector<WORD> Codes(const conf::json& v) {
     std::vector<WORD> out;
@@ -51,15 +53,15 @@ conf::json ByteCodec(const conf::json& a, Fn fn) {
     std::vector<BYTE> dst(cap + 1);
     const bool nullDst = a.contains("dst") && a["dst"].is_null();
     ULONG len = kUntouched;
-    const int r = fn(src.get(), conf::u32(a.at("srcLen")), nullDst ? nullptr : dst.data(), cap, len);
+    const int r =
+        fn(src.get(), conf::u32(a.at("srcLen")), nullDst ? nullptr : dst.data(), cap, len);
     conf::json out{{"value", r}, {"dstLen", Length(len)}};
     if (r == 1) out["dst"] = conf::hex(dst.data(), len);
     return out;
 }
 
 static conf::Register reg{
-    {"ACompress::Comp_LZW",
-     [](const conf::json& a) { return ByteCodec(a, ACompress::Comp_LZW); }},
+    {"ACompress::Comp_LZW", [](const conf::json& a) { return ByteCodec(a, ACompress::Comp_LZW); }},
     {"ACompress::UnComp_LZW",
      [](const conf::json& a) { return ByteCodec(a, ACompress::UnComp_LZW); }},
     {"ACompress::Pack_LZW",
@@ -97,9 +99,9 @@ static conf::Register reg{
          const ULONG cap = conf::u32(a.at("dstCap"));
          std::vector<BYTE> dst(cap + 1);
          ULONG len = kUntouched;
-         const int r = ACompress::TransformDataBits(nullCodes ? nullptr : codes.data(),
-                                                    conf::u32(a.at("codeCount")), dst.data(),
-                                                    cap, len);
+         const int r =
+             ACompress::TransformDataBits(nullCodes ? nullptr : codes.data(),
+                                          conf::u32(a.at("codeCount")), dst.data(), cap, len);
          conf::json out{{"value", r}, {"dstLen", Length(len)}};
          if (r == 1) out["dst"] = conf::hex(dst.data(), len);
          return out;
@@ -121,7 +123,8 @@ static conf::Register reg{
          std::vector<BYTE> table(LzwProbe::kLzwNodeSize);
          for (const auto& n : a.at("nodes")) {
              const std::size_t o = conf::u32(n[0]);
-             if (table.size() < o + LzwProbe::kLzwNodeSize) table.resize(o + LzwProbe::kLzwNodeSize);
+             if (table.size() < o + LzwProbe::kLzwNodeSize)
+                 table.resize(o + LzwProbe::kLzwNodeSize);
              const unsigned next = conf::u32(n[2]);
              table[o] = static_cast<BYTE>(conf::u32(n[1]));
              table[o + 1] = static_cast<BYTE>(next);

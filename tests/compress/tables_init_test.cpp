@@ -1,0 +1,40 @@
+// The shared bit tables: contents and start-up behaviour.
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+#include <kxbase/compress/compress.h>
+
+namespace {
+
+struct Tables : ACompress {
+    using ACompress::Exit;
+    using ACompress::Init;
+    using ACompress::m_byBitTable;
+    using ACompress::m_pRowTable;
+};
+
+// Faults: the tables are only valid after Init (a host that never calls it, or a 1-bit
+// unpacker running on another thread during start-up, would read zeros); a row pointer off by
+// one byte; bits stored in the wrong order.
+TEST(CompressTables, ReadyWithoutInitAndUnchangedByConcurrentInit) {
+    auto check = [] {
+        for (unsigned v = 0; v < 256; ++v)
+            for (unsigned b = 0; b < 8; ++b)
+                ASSERT_EQ((v >> (7 - b)) & 1, Tables::m_byBitTable[v][b]) << v << " bit " << b;
+        for (unsigned k = 0; k < 128; ++k)
+            for (unsigned b = 0; b < 7; ++b)
+                ASSERT_EQ((k >> (6 - b)) & 1, Tables::m_pRowTable[k][b]) << k << " bit " << b;
+    };
+    check();
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) threads.emplace_back([] { EXPECT_EQ(1, Tables::Init()); });
+    for (auto& t : threads) t.join();
+    EXPECT_EQ(1, Tables::Init());
+    check();
+    EXPECT_EQ(1, Tables::Exit());
+    check();
+}
+
+}  // namespace
