@@ -2,3 +2,5 @@
 #pragma once
 
 #include <kxbase/platform.h>
+#include <kxbase/ellipse/records.h>
+#include <kxbase/ellipse/ellipse.h>
