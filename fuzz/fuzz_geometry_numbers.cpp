@@ -55,9 +55,15 @@ void Numbers(FuzzedDataProvider& in) {
     (void)ZelUINT64String(in.ConsumeIntegral<UINT64>(), round, width);
     double r = v;
     switch (in.ConsumeIntegralInRange(0, 2)) {
-    case 0: ZelZoomNormalRatio(r); break;
-    case 1: ZelZoomInRatio(r); break;
-    default: ZelZoomOutRatio(r); break;
+        case 0:
+            ZelZoomNormalRatio(r);
+            break;
+        case 1:
+            ZelZoomInRatio(r);
+            break;
+        default:
+            ZelZoomOutRatio(r);
+            break;
     }
     if (!(r >= 1.0 / 20000 && r <= 100.0)) std::abort();
 }
@@ -88,12 +94,24 @@ void Transforms(FuzzedDataProvider& in) {
     for (int i = 0; i < ops; ++i) {
         const double a = Double(in), b = Double(in), c = Double(in), d = Double(in);
         switch (in.ConsumeIntegralInRange(0, 5)) {
-        case 0: t.Translation(a, b); break;
-        case 1: t.Scaling(a, b, c, d); break;
-        case 2: t.Rotate(a, b, c); break;
-        case 3: t.Shear(a, b, c, d); break;
-        case 4: t.Reflection(a, b, c); break;
-        default: t.MultMatrix(ATransform(a, b, c, d, Double(in), Double(in))); break;
+            case 0:
+                t.Translation(a, b);
+                break;
+            case 1:
+                t.Scaling(a, b, c, d);
+                break;
+            case 2:
+                t.Rotate(a, b, c);
+                break;
+            case 3:
+                t.Shear(a, b, c, d);
+                break;
+            case 4:
+                t.Reflection(a, b, c);
+                break;
+            default:
+                t.MultMatrix(ATransform(a, b, c, d, Double(in), Double(in)));
+                break;
         }
     }
     const double prec = Double(in);

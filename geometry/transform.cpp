@@ -45,37 +45,42 @@ struct Mapper {
           dy(m.eDy),
           axisAligned(m.eM12 == 0.0 && m.eM21 == 0.0) {}
 
+    // The coefficients are copied to locals first: stores through the point pointer could
+    // otherwise alias them and force a reload per point, which also blocks vectorisation.
     void Map(POINTD* p, int n) const {
+        const double a = m11, b = m12, c = m21, d = m22, e = dx, f = dy;
         if (axisAligned) {
             for (int i = 0; i < n; ++i) {
-                p[i].x = p[i].x * m11 + dx;
-                p[i].y = p[i].y * m22 + dy;
+                p[i].x = p[i].x * a + e;
+                p[i].y = p[i].y * d + f;
             }
         } else {
             for (int i = 0; i < n; ++i) {
                 const double x = p[i].x;
                 const double y = p[i].y;
-                p[i].x = x * m11 + y * m21 + dx;
-                p[i].y = x * m12 + y * m22 + dy;
+                p[i].x = x * a + y * c + e;
+                p[i].y = x * b + y * d + f;
             }
         }
     }
 
     void Map(POINTF* p, int n) const {
+        const double a = m11, b = m12, c = m21, d = m22, e = dx, f = dy;
         for (int i = 0; i < n; ++i) {
             const double x = p[i].x;
             const double y = p[i].y;
-            p[i].x = static_cast<float>(x * m11 + y * m21 + dx);
-            p[i].y = static_cast<float>(x * m12 + y * m22 + dy);
+            p[i].x = static_cast<float>(x * a + y * c + e);
+            p[i].y = static_cast<float>(x * b + y * d + f);
         }
     }
 
     void Map(POINT* p, int n, double precision) const {
+        const double a = m11, b = m12, c = m21, d = m22, e = dx, f = dy;
         for (int i = 0; i < n; ++i) {
             const double x = p[i].x;
             const double y = p[i].y;
-            p[i].x = PreciseInt(x * m11 + y * m21 + dx, precision);
-            p[i].y = PreciseInt(x * m12 + y * m22 + dy, precision);
+            p[i].x = PreciseInt(x * a + y * c + e, precision);
+            p[i].y = PreciseInt(x * b + y * d + f, precision);
         }
     }
 };
