@@ -105,8 +105,11 @@ UINT64 DecodeLine(const BYTE* src, ULONG o, ULONG end, UINT64 skip, BYTE* dst, U
         if (IsLiteral(b)) {
             BYTE px[8];
             lit(b, px);
-            const UINT64 n = std::min<UINT64>(F::kLiteralPixels - skip, want - w);
-            std::memcpy(dst + w, px + skip, n);
+            // skip can pass the literal's 7 (3) pixels when a malformed closing byte made
+            // the lookup count more for the last literal: nothing of it is then written.
+            const UINT64 avail = skip < F::kLiteralPixels ? F::kLiteralPixels - skip : 0;
+            const UINT64 n = std::min<UINT64>(avail, want - w);
+            if (n) std::memcpy(dst + w, px + skip, n);
             w += n;
             ++o;
         } else {
