@@ -3,8 +3,9 @@
 // The forward pattern search stops at the first occurrence of the pattern's first byte that
 // leaves too little room for the pattern, and the backward one likewise at the last byte;
 // any match would have to lie before that point, so both are plain first / last occurrence
-// searches and are implemented as such (memchr / memrchr driven, with a Horspool skip loop
-// for longer patterns in longer buffers).
+// searches and are implemented as such: memchr / memrchr for single bytes and short
+// buffers; memmem (forwards, and over windows from the end backwards) where the C library
+// has it; otherwise a Horspool skip loop for longer patterns in longer buffers.
 #include <kxbase/mathopt/amathopt.h>
 
 #include <cstring>
@@ -99,6 +100,33 @@ ULONG BackwardHorspool(const BYTE* buf, ULONG len, const BYTE* pat, ULONG patLen
     return kNone;
 }
 
+#if defined(__GLIBC__)
+ULONG BackwardChunked(const BYTE* buf, ULONG len, const BYTE* pat, ULONG patLen) {
+    // Windows of candidate starts, last window first; each window is searched forwards with
+    // memmem, keeping its last hit. Windows start small (a match near the end is found
+    // quickly) and double up to 4 MiB, so the set-up of each memmem call stays negligible and no
+    // byte is scanned more than about twice.
+    INT64 hiStart = static_cast<INT64>(len) - static_cast<INT64>(patLen);
+    INT64 window = 256;
+    while (hiStart >= 0) {
+        const INT64 loStart = hiStart >= window - 1 ? hiStart - (window - 1) : 0;
+        const BYTE* p = buf + loStart;
+        const BYTE* const regionEnd = buf + hiStart + patLen;
+        const BYTE* last = nullptr;
+        while (static_cast<ULONG>(regionEnd - p) >= patLen) {
+            const void* hit = memmem(p, static_cast<size_t>(regionEnd - p), pat, patLen);
+            if (!hit) break;
+            last = static_cast<const BYTE*>(hit);
+            p = last + 1;
+        }
+        if (last) return static_cast<ULONG>(last - buf);
+        hiStart = loStart - 1;
+        if (window < (INT64{1} << 22)) window *= 2;
+    }
+    return kNone;
+}
+#endif
+
 }  // namespace kxbase::detail
 
 namespace {
@@ -149,10 +177,16 @@ ULONG AMathOpt::ReverseFindData(const BYTE* buf, ULONG len, BYTE b) {
 ULONG AMathOpt::ReverseFindData(const BYTE* buf, ULONG len, const BYTE* pat, ULONG patLen) {
     if (BadPattern(buf, len, pat, patLen)) return kNone;
     ULONG start;
-    if (len >= kSkipTableMinLen && patLen >= kSkipTableMinPat)
+    if (patLen == 1 || len < kSkipTableMinLen) start = BackwardScan(buf, len, pat, patLen);
+#if defined(__GLIBC__)
+    else
+        start = BackwardChunked(buf, len, pat, patLen);
+#else
+    else if (patLen >= kSkipTableMinPat)
         start = BackwardHorspool(buf, len, pat, patLen);
     else
         start = BackwardScan(buf, len, pat, patLen);
+#endif
     // Reported as the distance from the end of the buffer to the start of the match.
     return start == kNone ? kNone : len - start;
 }

@@ -17,5 +17,9 @@ ULONG ForwardHorspool(const BYTE* buf, ULONG len, const BYTE* pat, ULONG patLen)
 ULONG BackwardScan(const BYTE* buf, ULONG len, const BYTE* pat, ULONG patLen);
 /// Horspool from the right: the window's first byte decides the shift.
 ULONG BackwardHorspool(const BYTE* buf, ULONG len, const BYTE* pat, ULONG patLen);
+#if defined(__GLIBC__)
+/// Windows from the end, each searched forwards with memmem for its last hit.
+ULONG BackwardChunked(const BYTE* buf, ULONG len, const BYTE* pat, ULONG patLen);
+#endif
 
 }  // namespace kxbase::detail

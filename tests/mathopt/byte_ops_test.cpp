@@ -32,10 +32,16 @@ TEST(ByteSearch, EveryStrategyMatchesANaiveSearchOnRandomData) {
     std::mt19937 rng(12345);
     using Fn = ULONG (*)(const BYTE*, ULONG, const BYTE*, ULONG);
     const Fn forward[] = {kxbase::detail::ForwardScan, kxbase::detail::ForwardHorspool};
-    const Fn backward[] = {kxbase::detail::BackwardScan, kxbase::detail::BackwardHorspool};
+    const Fn backward[] = {
+        kxbase::detail::BackwardScan,
+        kxbase::detail::BackwardHorspool,
+#if defined(__GLIBC__)
+        kxbase::detail::BackwardChunked,
+#endif
+    };
     for (int iter = 0; iter < 3000; ++iter) {
         const int alphabet = 2 + static_cast<int>(rng() % 3);  // small: many partial matches
-        const size_t len = 1 + rng() % (iter % 10 == 0 ? 2000 : 64);
+        const size_t len = 1 + rng() % (iter % 10 == 0 ? 3000 : 64);
         const size_t patLen = 1 + rng() % std::min<size_t>(len, 9);
         std::vector<BYTE> buf(len), pat(patLen);
         for (auto& c : buf) c = static_cast<BYTE>(rng() % alphabet);
