@@ -1,5 +1,5 @@
 // Operating-system threads for kxBaseThread: a pthread that starts behind a latch, plus the
-// priority, affinity and cancellation calls. Failures return an errno value; nothing throws.
+// priority and affinity calls. Failures return an errno value; nothing throws.
 #pragma once
 
 #include <memory>
@@ -31,11 +31,10 @@ public:
     /// Opens the latch: the thread runs its entry. Repeated calls do nothing.
     void Release();
 
-    /// Ends the thread early: a thread still behind its latch leaves without running its
-    /// entry; a running one is cancelled at its next cancellation point (deferred
-    /// cancellation: its stack unwinds, destructors run). Returns true in the first case,
-    /// where the thread ends promptly and Join is safe.
-    bool Cancel();
+    /// Abandons a thread that is still behind its latch: it leaves without running its
+    /// entry, promptly, so Join is safe; returns true. A thread that was released is not
+    /// touched (returns false): nothing can stop running code safely from outside.
+    bool Abandon();
 
     /// Waits for the thread to end and releases it.
     void Join();

@@ -82,8 +82,10 @@ std::unique_ptr<OsThread> OsThread::Start(LatchedEntry entry, void* arg, int& er
 OsThread::~OsThread() {
     // An owner that forgot to end the thread must not leak it, nor block here.
     if (m_block && !m_ended) {
-        Cancel();
-        Detach();
+        if (Abandon())
+            Join();
+        else
+            Detach();
     }
 }
 
@@ -97,14 +99,11 @@ void OsThread::Release() {
         m_block->latch.notify_all();
 }
 
-bool OsThread::Cancel() {
+bool OsThread::Abandon() {
     int expected = OsThreadBlock::kClosed;
-    if (m_block->latch.compare_exchange_strong(expected, OsThreadBlock::kAbandoned)) {
-        m_block->latch.notify_all();
-        return true;
-    }
-    if (expected == OsThreadBlock::kReleased && !m_ended) pthread_cancel(m_block->handle);
-    return false;
+    if (!m_block->latch.compare_exchange_strong(expected, OsThreadBlock::kAbandoned)) return false;
+    m_block->latch.notify_all();
+    return true;
 }
 
 void OsThread::Join() {

@@ -23,7 +23,7 @@ struct RunArgs {
     std::shared_ptr<std::atomic<bool>> terminated;
 };
 
-// Sets the terminated flag however the body ends: return, escaping exception, cancellation.
+// Sets the terminated flag however the body ends: return, escaping exception, pthread_exit.
 struct MarkTerminated {
     std::atomic<bool>& flag;
     ~MarkTerminated() { flag.store(true, std::memory_order_relaxed); }
@@ -37,7 +37,7 @@ void thread_entry(void* arg, bool run) {
     try {
         args->self->Run();
     } catch (abi::__forced_unwind&) {
-        throw;  // cancellation must unwind the whole stack
+        throw;  // pthread_exit from the body must unwind the whole stack
     } catch (...) {
         // The body failed; the thread ends as if it had returned.
     }
@@ -135,8 +135,8 @@ bool kxBaseThread::Terminate(DWORD timeout) {
             m_hThread->Join();
         } else {
             // Never resumed: it leaves at once without running the body, so wait for it.
-            // Running: cancelled at its next cancellation point and left to end on its own.
-            if (m_hThread->Cancel())
+            // Running: it is let go, to end when its body returns (see the header).
+            if (m_hThread->Abandon())
                 m_hThread->Join();
             else
                 m_hThread->Detach();

@@ -3,7 +3,7 @@
 // A derived class supplies the body (Run) and, if it wants, hooks that prepare and release
 // its own parameters. The base creates the thread suspended, lets the owner resume it, and
 // stops it cooperatively: Terminate raises the need-exit flag that the body polls, waits a
-// bounded time for the body to return, and only then ends the thread by force.
+// bounded time for the body to return, and only then lets it go (see below).
 //
 // Lifecycle
 //   no thread --Create--> created, suspended --Resume--> running --Run returns--> finished
@@ -13,17 +13,16 @@
 //   finish by itself: Terminate waits its whole time-out, then lets it leave without Run.
 //
 // Ending a thread by force
-//   When the time-out ends and Run has not returned, the thread is cancelled: it stops at its
-//   next cancellation point (sleep, blocking read or write, wait on a condition, ...) with its
-//   stack unwound, so destructors of the body's locals run and locks held by RAII guards are
-//   released. The thread is then detached: Terminate returns at once and never blocks on a
-//   body that ignores the flag. IsTerminated() turns true once the cancelled thread has
-//   really ended (the flag lives in a block that the thread itself keeps alive, so it may
-//   outlive this object safely). Consequences a body must respect:
-//   - a catch (...) that swallows the unwinding aborts the process (rethrow it, or catch
-//     only the exceptions you mean);
-//   - a body that neither returns nor reaches a cancellation point keeps running, detached;
-//     it must not touch its object after that, since the owner may destroy it.
+//   When the time-out ends and Run has not returned, the thread is let go: the object
+//   detaches it and forgets it (IsCreated turns false, a new Create may start another), the
+//   need-exit flag stays raised, and the body runs on until it returns. Nothing interrupts
+//   it from outside: killing or cancelling running code leaves its locks held, its heap
+//   state half-changed, and in C++ a forced unwinding aborts the process in any noexcept
+//   frame or catch (...) it crosses, so no forced end is safe. IsTerminated() turns true
+//   once the let-go body has returned (that flag lives in a block that the thread itself
+//   keeps alive, so it outlives this object safely). A body that ignores the flag must not
+//   touch its object after the object is destroyed; this is the host's part of the contract.
+//   A thread that was never resumed is ended for real: it leaves without entering Run.
 //   An exception that escapes Run ends the thread as if Run had returned.
 //
 // Priorities (SetThreadPriority) map onto the thread's nice value relative to the nice
@@ -82,8 +81,9 @@ public:
 
     /// Stops the thread, `timeout` in milliseconds: raises the need-exit flag (virtual
     /// NeedExit), polls IsTerminated (virtual) every millisecond while at most `timeout`
-    /// milliseconds have passed, ends the thread by force if its body has not finished (see
-    /// the file comment), and releases it. Then, with or without a thread, runs
+    /// milliseconds have passed, then releases the thread: joined when the body finished,
+    /// let go when it did not (see "Ending a thread by force"). Never blocks longer than the
+    /// time-out plus a millisecond or so. Then, with or without a thread, runs
     /// ReleaseCustomParameter. Returns true.
     virtual bool Terminate(DWORD timeout);
 
@@ -93,8 +93,8 @@ public:
     virtual bool IsNeedExit() const;
     /// A thread exists (from Create until Terminate).
     virtual bool IsCreated() const;
-    /// True when no body is running: before the first Create, after Run returned, and after a
-    /// forced end once the thread is really gone.
+    /// True when no body is running: before the first Create, after Run returned (also for
+    /// a body that was let go), after a never-resumed thread was ended.
     virtual bool IsTerminated() const;
 
     /// The thread body. Its result is ignored.
