@@ -93,7 +93,9 @@ public:
     /// when only clear/end codes are present, when a code above 257 directly follows a clear
     /// code, when more than 4095 entries would be made, and when the room is short: every
     /// string after the first byte needs dstLen + its length + 6 <= dstCap (the decoder
-    /// deliberately keeps 6 bytes spare), while the very first byte needs only dstCap >= 1.
+    /// deliberately keeps 6 bytes spare), the literal after a clear code needs dstLen + 6 <=
+    /// dstCap before it is written (so it leaves 5 spare), and the very first byte needs only
+    /// dstCap >= 1. LzwDecompressCapacity(n) is therefore always enough for n bytes.
     /// On failure dstLen holds the count reached (untouched when nothing was written). Writes
     /// only dst[0, dstLen).
     static int UnPack_LZW(const WORD* codes, ULONG codeCount, BYTE* dst, ULONG dstCap,
