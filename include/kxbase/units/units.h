@@ -120,7 +120,8 @@ KXBASE_API double DefResPrecision(AResUnit unit);
 /// 1 when KX_ONE_DPI_IN_DPMM <= ToDPMM(res, unit) <= KX_MAX_DPI_IN_DPMM (an unknown unit
 /// fails).
 KXBASE_API int IsValidRes(double res, AResUnit unit);
-/// Clamps a resolution into the valid range, in its own unit. DPI: into [1.0, 20000.0].
+/// Clamps a resolution into the valid range, in its own unit (NaN gives the lower bound).
+/// DPI: into [1.0, 20000.0].
 /// Other units: when ToDPMM(res, unit) is below one DPI, the lower bound 0.03937008 dots per
 /// mm expressed in the unit (/ 100, * 1, * 10, * 1000; 0.0 for an unknown unit); above
 /// 787.4015502929688, the upper bound 787.40155029 expressed the same way; else res unchanged.
