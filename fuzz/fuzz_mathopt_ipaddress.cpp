@@ -15,7 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size) {
     const bool valid = parsed && AMathOpt::ipaddress_IsValid(ip);
     if (AMathOpt::ipaddress_IsValid(text.c_str()) != valid) std::abort();
     CString printed;
-    if (AMathOpt::ipaddress_TransToString(printed, ip) != AMathOpt::ipaddress_IsValid(ip)) std::abort();
+    if (AMathOpt::ipaddress_TransToString(printed, ip) != AMathOpt::ipaddress_IsValid(ip))
+        std::abort();
     if (valid) {
         BYTE back[4];
         if (!AMathOpt::ipaddress_TransFromString(back, printed) || std::memcmp(back, ip, 4) != 0)

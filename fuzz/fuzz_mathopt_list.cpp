@@ -27,7 +27,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size) {
     std::vector<char> buffer(static_cast<size_t>(length));
     if (AMathOpt::TransListToString(buffer.data(), length, list.data(), n, type, hex) != length)
         std::abort();
-    if (length > 0 && std::memcmp(buffer.data(), printed.GetString(), static_cast<size_t>(length)) != 0)
+    if (length > 0 &&
+        std::memcmp(buffer.data(), printed.GetString(), static_cast<size_t>(length)) != 0)
         std::abort();
 
     CStringArray items;
