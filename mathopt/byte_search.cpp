@@ -19,7 +19,7 @@ constexpr ULONG kNone = AMathOpt::kNotFound;
 // Below this buffer length, or for patterns shorter than this, the first/last-byte scan
 // beats building a skip table.
 constexpr ULONG kSkipTableMinLen = 256;
-constexpr ULONG kSkipTableMinPat = 4;
+[[maybe_unused]] constexpr ULONG kSkipTableMinPat = 4;  // without memmem only
 
 const BYTE* FindByte(const BYTE* p, size_t n, BYTE b) {
     return static_cast<const BYTE*>(std::memchr(p, b, n));
