@@ -82,17 +82,19 @@ inline void EmptySpans(CArray<POINT>& spans, RECT* border) {
 
 /// Runs of the filled ellipse A*u^2 + B*u*v + C*v^2 <= S, with (u, v) = (X + 0.5 - ox,
 /// Y + 0.5 - oy) the offset of pixel (X, Y)'s centre from the origin (ox, oy). A pixel is in
-/// when its centre is; a crossed row without a covered centre gets the pixel under the middle
-/// of its chord. Returns false (nothing written) when the form is not a real ellipse or the
-/// shape exceeds the size limits. On success the spans are sized to the rows, `first` is
-/// the first row and the border (when given) follows the runs.
+/// when its centre is, or when it holds one of the four extreme points; a row between the
+/// top and bottom extremes without a covered centre gets the pixel under the middle of its
+/// chord. Returns false (nothing written) when the form is not a real ellipse or the shape
+/// exceeds the size limits. On success the spans are sized to the rows, `first` is the
+/// first row and the border (when given) follows the runs.
 bool ConicSpans(double A, double B, double C, double S, double ox, double oy, CArray<POINT>& spans,
                 std::int64_t& first, RECT* border);
 
-/// Runs of the convex polygon pts[0..n-1] (3 <= n <= 8, either orientation) by the same
-/// pixel-centre rule, each run clipped to [clipL, clipR] and rows to [clipT, clipB]
-/// (inclusive pixel indices). Degenerate polygons give their one-pixel-wide trace. Returns
-/// false (nothing written) when the polygon is not finite or exceeds the size limits.
+/// Runs of the convex polygon pts[0..n-1] (3 <= n <= 8, either orientation, in order around
+/// it) by the same rule (pixel centres, plus the pixels holding the vertices), each run
+/// clamped to [clipL, clipR] and rows limited to [clipT, clipB] (inclusive pixel indices).
+/// Degenerate polygons give their one-pixel-wide trace. Returns false (nothing written) when
+/// the polygon is not finite, exceeds the size limits or misses the clip rows.
 bool PolygonSpans(const POINTD* pts, int n, std::int64_t clipL, std::int64_t clipT,
                   std::int64_t clipR, std::int64_t clipB, CArray<POINT>& spans, std::int64_t& first,
                   RECT* border);

@@ -1,7 +1,13 @@
 // Row solvers behind the turned and transformed span operations.
 //
 // Both solvers use the pixel-centre rule: pixel (X, Y) belongs to the shape when its centre
-// (X + 0.5, Y + 0.5) lies inside or on it. Each row is solved in closed form (one square root
+// (X + 0.5, Y + 0.5) lies inside or on it. In addition the pixels holding the shape's
+// extreme points (the ellipse's four tips, the polygon's vertices) belong, and a row whose
+// band the shape crosses without covering a pixel centre gets the pixel under the middle of
+// its chord. So thin shapes keep their tips, every row between the top and bottom extremes
+// holds exactly one run, and the box of the runs is the pixel box of the shape's extent,
+// which makes the result symmetric under half and quarter turns about a pixel corner or
+// centre. Each row is solved in closed form (one square root
 // for a conic, one pass over the edges for a polygon), so the work is proportional to the
 // number of rows and nothing is allocated beyond the caller's span array.
 #include <algorithm>
@@ -44,28 +50,35 @@ bool ConicSpans(double A, double B, double C, double S, double ox, double oy, CA
     if (!std::isfinite(ymax) || !std::isfinite(xmax)) return false;
     if (!(std::fabs(ox) + xmax < CEllipse::kMaxCoordinate) || !(2.0 * xmax < CEllipse::kMaxExtent))
         return false;
-    std::int64_t y0 = Ceil64(oy - ymax - 0.5), y1 = Floor64(oy + ymax - 0.5);
-    bool single = false;
-    if (y0 > y1) {  // no row centre inside: the row of the centre alone
-        y0 = y1 = Floor64(oy);
-        single = true;
-    }
+    // Every row whose band holds part of the ellipse, from the row of the top extreme to
+    // the row of the bottom one (an extreme on a pixel border belongs to the inner pixel).
+    const std::int64_t y0 = Floor64(oy - ymax);
+    const std::int64_t y1 = std::max(y0, Ceil64(oy + ymax) - 1);
     if (!RowsOk(y0, y1)) return false;
+    const std::int64_t xl = Floor64(ox - xmax), xr = std::max(xl, Ceil64(ox + xmax) - 1);
     const std::int64_t rows = y1 - y0 + 1;
     spans.SetSize(static_cast<INT_PTR>(rows));
     POINT* out = spans.GetData();
     const double inv2A = 0.5 / A, fourAS = 4.0 * A * S;
     for (std::int64_t i = 0; i < rows; ++i) {
-        const double v = single ? 0.0 : static_cast<double>(y0 + i) + 0.5 - oy;
+        // The row's centre line, or the nearest line through the ellipse for an end row.
+        const double v = std::clamp(static_cast<double>(y0 + i) + 0.5 - oy, -ymax, ymax);
         double disc = fourAS + K * v * v;
-        if (disc < 0.0) disc = 0.0;  // the end rows, within rounding of the tangent
+        if (disc < 0.0) disc = 0.0;  // within rounding of the tangent
         const double mid = -B * v * inv2A;
         const double half = std::sqrt(disc) * inv2A;
         std::int64_t x0 = Ceil64(ox + mid - half - 0.5);
         std::int64_t x1 = Floor64(ox + mid + half - 0.5);
-        if (x0 > x1) x0 = x1 = Floor64(ox + mid);  // a crossed row keeps one pixel
+        if (x0 > x1) x0 = x1 = std::clamp(Floor64(ox + mid), xl, xr);  // one pixel
         out[i] = POINT{static_cast<LONG>(x0), static_cast<LONG>(x1)};
     }
+    // The pixels holding the left and right extremes belong too, so that a thin ellipse
+    // keeps its tips and the box of the runs is the pixel box of the ellipse's extent.
+    const double vTip = B * xmax / (2.0 * C);  // v of the left extreme; the right one is -vTip
+    const std::int64_t rowL = std::clamp(Floor64(oy + vTip), y0, y1) - y0;
+    const std::int64_t rowR = std::clamp(Floor64(oy - vTip), y0, y1) - y0;
+    out[rowL].x = static_cast<LONG>(std::min<std::int64_t>(out[rowL].x, xl));
+    out[rowR].y = static_cast<LONG>(std::max<std::int64_t>(out[rowR].y, xr));
     first = y0;
     FinishBorder(out, rows, first, border);
     return true;
@@ -84,24 +97,19 @@ bool PolygonSpans(const POINTD* pts, int n, std::int64_t clipL, std::int64_t cli
         xmax = std::max(xmax, pts[i].x);
     }
     if (!(std::max(std::fabs(xmin), std::fabs(xmax)) < CEllipse::kMaxCoordinate) ||
-        !(xmax - xmin < CEllipse::kMaxExtent))
+        !(xmax - xmin < CEllipse::kMaxExtent) ||
+        !(std::max(std::fabs(ymin), std::fabs(ymax)) < CEllipse::kMaxCoordinate))
         return false;
-    std::int64_t y0 = Ceil64(ymin - 0.5), y1 = Floor64(ymax - 0.5);
-    const double ymid = (ymin + ymax) * 0.5;
-    bool single = false;
-    if (y0 > y1) {
-        y0 = y1 = Floor64(ymid);
-        single = true;
-    }
-    y0 = std::max(y0, clipT);
-    y1 = std::min(y1, clipB);
+    // Rows from the one holding the top vertex to the one holding the bottom vertex.
+    const std::int64_t fy0 = Floor64(ymin), fy1 = std::max(fy0, Ceil64(ymax) - 1);
+    const std::int64_t y0 = std::max(fy0, clipT), y1 = std::min(fy1, clipB);
     if (!RowsOk(y0, y1)) return false;
     const std::int64_t rows = y1 - y0 + 1;
     spans.SetSize(static_cast<INT_PTR>(rows));
     POINT* out = spans.GetData();
+    std::int64_t lo64 = 0, hi64 = 0;
     for (std::int64_t i = 0; i < rows; ++i) {
-        double yc = single ? ymid : static_cast<double>(y0 + i) + 0.5;
-        yc = std::clamp(yc, ymin, ymax);
+        const double yc = std::clamp(static_cast<double>(y0 + i) + 0.5, ymin, ymax);
         double lo = HUGE_VAL, hi = -HUGE_VAL;
         for (int k = 0; k < n; ++k) {
             const POINTD& p = pts[k];
@@ -118,11 +126,23 @@ bool PolygonSpans(const POINTD* pts, int n, std::int64_t clipL, std::int64_t cli
             hi = std::max(hi, x);
         }
         if (lo > hi) lo = hi = (xmin + xmax) * 0.5;  // not reached for a closed polygon
-        std::int64_t x0 = Ceil64(lo - 0.5), x1 = Floor64(hi - 0.5);
-        if (x0 > x1) x0 = x1 = Floor64((lo + hi) * 0.5);
-        x0 = std::clamp(x0, clipL, clipR);
-        x1 = std::clamp(x1, clipL, clipR);
-        out[i] = POINT{static_cast<LONG>(x0), static_cast<LONG>(x1)};
+        lo64 = Ceil64(lo - 0.5);
+        hi64 = Floor64(hi - 0.5);
+        if (lo64 > hi64) lo64 = hi64 = Floor64((lo + hi) * 0.5);
+        out[i] = POINT{static_cast<LONG>(lo64), static_cast<LONG>(hi64)};
+    }
+    // The pixels holding the vertices belong too (thin shapes keep their corners).
+    for (int k = 0; k < n; ++k) {
+        // A vertex on a pixel border belongs to the inner row, as the row range does.
+        const std::int64_t row = std::clamp(Floor64(pts[k].y), fy0, fy1);
+        if (row < y0 || row > y1) continue;
+        POINT& r = out[row - y0];
+        r.x = static_cast<LONG>(std::min<std::int64_t>(r.x, Floor64(pts[k].x)));
+        r.y = static_cast<LONG>(std::max<std::int64_t>(r.y, Ceil64(pts[k].x) - 1));
+    }
+    for (std::int64_t i = 0; i < rows; ++i) {
+        out[i].x = static_cast<LONG>(std::clamp<std::int64_t>(out[i].x, clipL, clipR));
+        out[i].y = static_cast<LONG>(std::clamp<std::int64_t>(out[i].y, clipL, clipR));
     }
     first = y0;
     FinishBorder(out, rows, first, border);

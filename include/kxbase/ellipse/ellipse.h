@@ -197,12 +197,16 @@ public:
     /// Outline of rc carried by t (corners of RectVertex, mapped and rounded half away).
     static void MidPointRect(const RECT& rc, const ATransform& t, CArray<POINT>& pts);
     /// Spans of the ellipse inscribed in rc turned by angle about the rectangle's exact centre,
-    /// at any angle: a pixel belongs to the ellipse when its centre lies inside or on it; a
-    /// row that the ellipse crosses without covering a pixel centre gets the one pixel under
-    /// the middle of its chord, so rows stay consecutive with one run each. `border` (when
-    /// given) follows the runs: top = first row, bottom = first row + rows, left = least start,
-    /// right = greatest end + 1. Returns the first row (64-bit); for an empty or too large
-    /// shape no spans, an empty border and rc.top.
+    /// at any angle. A pixel belongs to the ellipse when its centre lies inside or on it, or
+    /// when it holds one of the ellipse's four extreme points (an extreme on a pixel border
+    /// belongs to the inner pixel); a row between the top and bottom extremes that covers no
+    /// pixel centre gets the pixel under the middle of its chord. So rows are consecutive
+    /// with one run each, thin ellipses keep their tips, the runs' box is the pixel box of
+    /// the exact extent, and a quarter turn exchanges the box's width and height whenever
+    /// width and height have the same parity. `border` (when given) follows the runs: top =
+    /// first row, bottom = first row + rows, left = least start, right = greatest end + 1.
+    /// Returns the first row (as a 64-bit value); for an empty or too large shape no spans,
+    /// an empty border and rc.top.
     static INT64 MidPointEllipseLine(const CRect& rc, double angle, CArray<POINT>& spans,
                                      RECT* border);
 
@@ -225,11 +229,11 @@ public:
     /// The array form into the record, then rcBound made inclusive (right and bottom - 1)
     /// and counts set to 1 per row.
     static int EllipseRasterLine(const RECT& rc, double angle, RSRLINE& line);
-    /// Spans of the ellipse inscribed in rc as t carries it into device space (pixel-centre
-    /// rule of MidPointEllipseLine). No spans, an empty border and the device top of the
-    /// rectangle's image (0 when that is not finite) for an empty rectangle, a singular t or a
-    /// too large shape. The RECTD array form catches every exception, shows the library's
-    /// message 20 through ZelDialogMsg and leaves the spans empty.
+    /// Spans of the ellipse inscribed in rc as t carries it into device space (the pixel rule
+    /// of MidPointEllipseLine). No spans, an empty border and floor(rc.top) (saturated) for
+    /// an empty rectangle, a singular or non-finite t, or a too large shape. The RECTD array form
+    /// catches every exception, shows the library's message 20 through ZelDialogMsg and leaves the
+    /// spans empty.
     static int EllipseRasterLine(const RECT& rc, const ATransform& t, RSRLINE& line);
     static int EllipseRasterLine(const RECTD& rc, const ATransform& t, RSRLINE& line);
     static int EllipseRasterLine(const RECT& rc, const ATransform& t, CArray<POINT>& spans,
@@ -239,12 +243,12 @@ public:
 
     /// Spans of rc turned by angle about its centre. Near 0 or pi: one run (left, right - 1)
     /// per row from top to bottom - 1, border = rc. Near pi/2 or 3pi/2: the exchanged
-    /// rectangle of GetRectBorder, filled. Otherwise the pixels whose centres lie in the
-    /// turned rectangle (at least one pixel per crossed row). Empty rc: no spans, empty
-    /// border, rc.top.
+    /// rectangle of GetRectBorder, filled. Otherwise by the pixel rule of MidPointEllipseLine:
+    /// the pixels whose centres lie in the turned rectangle and those holding its corners. Empty
+    /// rc: no spans, empty border, rc.top.
     static int RectRasterLine(const RECT& rc, double angle, CArray<POINT>& spans, RECT* border);
-    /// Spans of rc carried by t (pixel-centre rule; a degenerate image gives its one-pixel
-    /// wide trace).
+    /// Spans of rc carried by t (the same pixel rule; a degenerate image gives its one-pixel
+    /// wide trace). The identity gives rc's own rows and columns.
     static int RectRasterLine(const RECT& rc, const ATransform& t, CArray<POINT>& spans,
                               RECT* border);
     static int RectRasterLine(const RECT& rc, double angle, RSRLINE& line);
@@ -316,10 +320,10 @@ protected:
     static const EllSepFn m_EllSep[8];
 
     /// Spans of the convex quadrilateral whose corners are center + pts[i] (pixel corner
-    /// coordinates, in order around it), by the pixel-centre rule, for the rows top to
-    /// bottom - 1 with runs clipped to [left, right - 1]. Rows the shape crosses without
-    /// covering a pixel centre get the pixel under the middle of the crossing. Returns the
-    /// first row (top; no spans when the box is empty or too large).
+    /// coordinates, in order around it), by the pixel rule of MidPointEllipseLine (centres
+    /// inside, plus the pixels holding the corners), limited to the rows top to bottom - 1
+    /// and with runs clamped to [left, right - 1]. Returns the first row; no spans and top
+    /// when the box is empty, the shape misses it or is too large.
     static int PlgRasterLine(const POINT pts[4], const POINT& center, int left, int top, int right,
                              int bottom, CArray<POINT>& spans);
 };
