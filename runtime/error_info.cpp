@@ -40,28 +40,42 @@ const std::string& out_of_memory_text() {
 
 }  // namespace
 
-CErrorInfo::CErrorInfo() noexcept { (void)out_of_memory_text(); }
+CErrorInfo::CErrorInfo() noexcept {
+    (void)out_of_memory_text();
+}
 
 CErrorInfo::~CErrorInfo() = default;
 
-CErrorInfo::CErrorInfo(const CErrorInfo& other) noexcept
-    : m_record(other.m_record.load(std::memory_order_acquire)) {}
+CErrorInfo::CErrorInfo(const CErrorInfo& other) noexcept : m_record(other.Current()) {}
 
 CErrorInfo& CErrorInfo::operator=(const CErrorInfo& other) noexcept {
     if (this != &other) {
         std::lock_guard<std::recursive_mutex> guard(m_lock);
-        m_record.store(other.m_record.load(std::memory_order_acquire), std::memory_order_release);
+        Store(other.Current());
     }
     return *this;
 }
 
+std::shared_ptr<const CErrorInfo::Record> CErrorInfo::Current() const noexcept {
+    std::lock_guard<std::mutex> guard(m_publish);
+    return m_record;
+}
+
+void CErrorInfo::Store(std::shared_ptr<const Record> rec) noexcept {
+    {
+        std::lock_guard<std::mutex> guard(m_publish);
+        m_record.swap(rec);
+    }
+    // The previous record (now in rec) is released here, outside the guard.
+}
+
 int CErrorInfo::IsError() const noexcept {
-    const auto rec = m_record.load(std::memory_order_acquire);
+    const auto rec = Current();
     return rec ? rec->flag : 0;
 }
 
 int CErrorInfo::GetLastError(CString& out) const noexcept {
-    const auto rec = m_record.load(std::memory_order_acquire);
+    const auto rec = Current();
     out.Empty();
     if (!rec || rec->flag == 0) return 0;
     try {
@@ -74,18 +88,16 @@ int CErrorInfo::GetLastError(CString& out) const noexcept {
 
 void CErrorInfo::Publish(std::string text, int flag) noexcept {
     if (flag == 0) {
-        m_record.store(nullptr, std::memory_order_release);
+        Store(nullptr);
         return;
     }
     try {
-        m_record.store(std::make_shared<const Record>(Record{flag, std::move(text)}),
-                       std::memory_order_release);
+        Store(std::make_shared<const Record>(Record{flag, std::move(text)}));
     } catch (...) {
         // No memory for the record: the failure is still flagged, with the best text left.
-        m_record.store(nullptr, std::memory_order_release);
+        Store(nullptr);
         try {
-            m_record.store(std::make_shared<const Record>(Record{1, out_of_memory_text()}),
-                           std::memory_order_release);
+            Store(std::make_shared<const Record>(Record{1, out_of_memory_text()}));
         } catch (...) {
         }
     }

@@ -8,17 +8,17 @@
 //
 // Thread-safety
 //   Writers serialise on the object's own recursive lock (a writer may re-enter from the same
-//   thread). Readers take no lock and never wait for a writer: each write publishes an
-//   immutable (flag, text) record in one atomic step, and a reader copies whichever record is
-//   current. A reader racing writers therefore sees either the old or the new record, always
-//   a whole one, never a torn text.
+//   thread). Readers do not take that lock and never wait for a writer's work: each writer
+//   builds an immutable (flag, text) record first and then swaps it in under a tiny
+//   publication guard, which a reader holds only while it copies one reference-counted
+//   pointer. A reader racing writers therefore sees either the old or the new record, always
+//   a whole one, never a torn text or a flag from another write.
 //
 // Copying
 //   Copies take the source's current record and get a lock of their own; the lock itself is
 //   never copied. Assignment replaces the target's record under the target's lock.
 #pragma once
 
-#include <atomic>
 #include <cstdarg>
 #include <memory>
 #include <mutex>
@@ -84,8 +84,12 @@ private:
     // Stores a record built from text (flag = text not empty); callers hold m_lock.
     void Publish(std::string text, int flag) noexcept;
 
-    std::atomic<std::shared_ptr<const Record>> m_record;  // null: clear
-    std::recursive_mutex m_lock;                          // serialises the writers
+    std::shared_ptr<const Record> Current() const noexcept;
+    void Store(std::shared_ptr<const Record> rec) noexcept;
+
+    std::shared_ptr<const Record> m_record;  // null: clear; guarded by m_publish
+    mutable std::mutex m_publish;            // held only to copy or swap m_record
+    std::recursive_mutex m_lock;             // serialises the writers
 };
 
 /// The library-wide error object (constructed at load, destroyed at unload).

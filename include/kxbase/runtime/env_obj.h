@@ -1,0 +1,81 @@
+// AEnvObj: the screen and system environment measured at start-up, kept in g_EnvObj; and
+// g_strAppVersion, the host's version text.
+//
+// The core library has no display connection. Screen numbers come from a screen provider the
+// UI library (or a host) installs with KxSetScreenProvider; without one every screen number
+// is 0, resolutions included. The system information record is always filled.
+#pragma once
+
+#include <kxbase/export.h>
+#include <kxbase/platform/cstring.h>
+#include <kxbase/platform/types.h>
+
+/// The system information record, with the fields of the platform's GetSystemInfo. Here:
+/// architecture 9 (x86-64), 12 (ARM64) or 0xFFFF (other); the page size; the lowest and
+/// highest addresses a process may map; a mask with one bit per online processor (at most
+/// 64); the online processor count; the allocation granularity, which is the page size.
+struct SYSTEM_INFO {
+    WORD wProcessorArchitecture;
+    WORD wReserved;
+    DWORD dwPageSize;
+    void* lpMinimumApplicationAddress;
+    void* lpMaximumApplicationAddress;
+    UINT64 dwActiveProcessorMask;
+    DWORD dwNumberOfProcessors;
+    DWORD dwProcessorType;
+    DWORD dwAllocationGranularity;
+    WORD wProcessorLevel;
+    WORD wProcessorRevision;
+};
+
+/// What a screen provider reports about the primary screen.
+struct KxScreenMetrics {
+    int bitsPixel;   // colour bits per pixel
+    int horzRes;     // width in pixels
+    int vertRes;     // height in pixels
+    int logPixelsX;  // logical pixels per inch, horizontally
+    int logPixelsY;  // logical pixels per inch, vertically
+    int horzSize;    // physical width in millimetres
+    int vertSize;    // physical height in millimetres
+};
+
+/// Fills *out and returns true when there is a screen; false when there is none.
+using KxScreenProvider = bool (*)(KxScreenMetrics* out);
+
+/// Installs the screen provider (null removes it) and returns the previous one. Takes effect
+/// at the next AEnvObj::Init; call AEnvObj::Init on g_EnvObj again after installing one.
+KXBASE_API KxScreenProvider KxSetScreenProvider(KxScreenProvider provider);
+
+class KXBASE_API AEnvObj {
+public:
+    /// Every number 0, the system record zeroed.
+    AEnvObj();
+
+    /// Measures the screen (through the screen provider) and reads the system record. The
+    /// argument is reserved (start-up passes 1). Returns 1.
+    ///
+    /// Resolutions: x = horzRes / horzSize and y = vertRes / vertSize pixels per millimetre;
+    /// when they differ by less than 0.03937007859349251 (1/25.4 in single precision) y takes
+    /// x; both are multiplied by 25.4 and rounded to 8 decimals (ZelFloatPrecision(v, 8, 1)).
+    /// So 1920 x 1080 pixels on 508 x 286 mm gives 96.0 in both directions. A physical size
+    /// of 0 mm gives +infinity (or NaN for 0 pixels too), stored as it comes. Without a
+    /// screen every number is 0.
+    int Init(int reserved);
+
+    int m_nBitsPixel;
+    int m_nHorzRes;
+    int m_nVertRes;
+    int m_nLogPixelsX;
+    int m_nLogPixelsY;
+    int m_nHorzSize;
+    int m_nVertSize;
+    SYSTEM_INFO m_SystemInfo;
+    double m_dScreenDpiX;
+    double m_dScreenDpiY;
+};
+
+/// The environment measured at start-up.
+KXBASE_API extern AEnvObj g_EnvObj;
+
+/// The host's version text: empty at load; the library only clears it, the host sets it.
+KXBASE_API extern CString g_strAppVersion;

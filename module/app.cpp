@@ -1,0 +1,85 @@
+// The application object's start-up and exit.
+#include "module/app_p.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <kxbase/platform/module.h>
+#include <kxbase/runtime/app_path.h>
+#include <kxbase/runtime/cost_time.h>
+#include <kxbase/runtime/doc_obj.h>
+#include <kxbase/runtime/env_obj.h>
+#include <kxbase/runtime/error_info.h>
+
+namespace {
+// Plain storage, constant-initialised: it is written during other globals' start-up.
+char g_note[600];
+}  // namespace
+
+namespace kxbase::detail {
+
+void SetProductTreeNote(const char* text) {
+    std::snprintf(g_note, sizeof g_note, "%s", text ? text : "");
+}
+
+std::string PlaceProductTree(CAppPath& paths, bool namedByHost) {
+    const char* folder = paths.m_strAppPath.GetString();
+    if (namedByHost) {
+        const int made = ADocObj::CreateDirectoryA(folder);
+        paths.CreatePath();
+        return std::string("named by " KXBASE_PRODUCT_DIR_ENV "; ") +
+               (made ? "tree created" : "tree not created: the folder cannot be made");
+    }
+    if (folder[0] == '\0') return "library file unknown; tree not created";
+    if (CAppPath::IsSystemFolder(folder))
+        return "library folder is a system folder; tree not created (set " KXBASE_PRODUCT_DIR_ENV
+               ")";
+    if (access(folder, W_OK) != 0)
+        return "library folder is not writable; tree not created (set " KXBASE_PRODUCT_DIR_ENV ")";
+    paths.CreatePath();
+    return "library folder; tree created";
+}
+
+void SetUpProductTree(HINSTANCE module, const char* productDirEnv) {
+    try {
+        const bool named = productDirEnv != nullptr && productDirEnv[0] != '\0';
+        if (named)
+            g_AppPath.InitFromFolder(productDirEnv);
+        else
+            g_AppPath.Init(module);
+        SetProductTreeNote(PlaceProductTree(g_AppPath, named).c_str());
+    } catch (...) {
+        SetProductTreeNote("out of memory; tree not created");
+    }
+}
+
+}  // namespace kxbase::detail
+
+const char* KxProductTreeNote() {
+    return g_note;
+}
+
+int CkxBaseCommonApp::InitInstance() {
+    const int savedErrno = errno;
+    m_hInstance = KxLibraryHandle();
+    CCostTime::PerformanceCounter_Init();
+    g_Error.ClearError();
+    g_EnvObj.Init(1);
+    g_strAppVersion.Empty();
+    // secure_getenv: a set-user-id host must not let its caller choose where folders appear.
+    kxbase::detail::SetUpProductTree(m_hInstance, secure_getenv(KXBASE_PRODUCT_DIR_ENV));
+    // HOOK(mathopt): create AMathOpt's module-wide lock here once the numeric toolkit has it.
+    // HOOK(compress): call ACompress::Init() here once the codec tables exist.
+    errno = savedErrno;
+    return 1;
+}
+
+int CkxBaseCommonApp::ExitInstance() {
+    // HOOK(mathopt): delete AMathOpt's module-wide lock here.
+    return 0;
+}

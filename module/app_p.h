@@ -1,0 +1,36 @@
+// The library's application object: its start-up runs once the globals exist, its exit runs
+// before they are destroyed (see globals.cpp).
+#pragma once
+
+#include <string>
+
+#include <kxbase/platform/types.h>
+#include <kxbase/runtime/app_path.h>
+
+class CkxBaseCommonApp {
+public:
+    /// Start-up, in this order: read the counter frequency, clear g_Error, measure the
+    /// environment into g_EnvObj, empty g_strAppVersion, fill g_AppPath and create the product
+    /// folder tree (with the install-location rules documented in <kxbase/runtime/app_path.h>),
+    /// create the numeric toolkit's lock, build the codec tables. There is no socket layer to
+    /// start here, so nothing can fail; returns 1.
+    int InitInstance();
+    /// Exit: deletes the numeric toolkit's lock. Returns 0 (the process exit code it would give).
+    int ExitInstance();
+
+    /// This library's module handle.
+    HINSTANCE m_hInstance = nullptr;
+};
+
+namespace kxbase::detail {
+/// What the start-up did with the product folder tree; empty before start-up.
+void SetProductTreeNote(const char* text);
+/// The start-up's product-folder step: fills g_AppPath from `productDirEnv` (the
+/// KXBASE_PRODUCT_DIR value; null or empty when unset) or else from `module`'s folder, then
+/// places the tree and records the note.
+void SetUpProductTree(HINSTANCE module, const char* productDirEnv);
+/// Creates the tree of already-filled `paths` where the install rules allow it and returns
+/// the note saying what happened. `namedByHost`: the product folder came from the
+/// environment (it is then created itself, one level, before the tree).
+std::string PlaceProductTree(CAppPath& paths, bool namedByHost);
+}  // namespace kxbase::detail

@@ -1,0 +1,129 @@
+// CErrorInfo: every writer's resulting text and flag, the fallback texts, and copies.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cinttypes>
+#include <cstring>
+#include <functional>
+#include <string>
+
+#include <kxbase/platform/module.h>
+#include <kxbase/runtime/error_info.h>
+
+namespace {
+
+std::string text_of(const CErrorInfo& e) {
+    CString s("stale");
+    e.GetLastError(s);
+    return s.str();
+}
+
+std::string error_in(HINSTANCE h, UINT id) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "Error in :%" PRIu32 " (ID:%" PRIu32 ")",
+                  static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(h)), id);
+    return buf;
+}
+
+std::string sys_text(int code, const char* hex) {
+    return std::string(std::strerror(code)) + " (" + hex + ")";
+}
+
+}  // namespace
+
+// Each writer, starting from a recorded error, must leave exactly the stated text, and the
+// flag must be set exactly when the text is not empty (a writer that forgets to clear, or
+// that keeps a stale flag, fails here).
+TEST(CErrorInfo, WritersRecordStatedTextAndFlag) {
+    const HINSTANCE self = KxLibraryHandle();
+    const HINSTANCE notModule = reinterpret_cast<HINSTANCE>(std::uintptr_t{0x1234});
+    const char* const emptyFormat = "";
+    struct Case {
+        const char* what;
+        std::function<int(CErrorInfo&)> write;
+        std::string text;
+    };
+    const Case cases[] = {
+        {"null module clears", [](CErrorInfo& e) { return e.SetLastError(HINSTANCE{}, 5u); }, ""},
+        {"id 0 clears", [&](CErrorInfo& e) { return e.SetLastError(self, 0u); }, ""},
+        {"string resource", [&](CErrorInfo& e) { return e.SetLastError(self, 20u); }, "内存不足"},
+        {"missing resource", [&](CErrorInfo& e) { return e.SetLastError(self, 999999u); },
+         error_in(self, 999999)},
+        {"non-module handle falls back",
+         [&](CErrorInfo& e) { return e.SetLastError(notModule, 20u); }, "Error in :4660 (ID:20)"},
+        {"format", [](CErrorInfo& e) { return e.SetLastError("disk %d full", 3); }, "disk 3 full"},
+        {"empty format", [&](CErrorInfo& e) { return e.SetLastError(emptyFormat); }, ""},
+        {"null format",
+         [](CErrorInfo& e) { return e.SetLastError(static_cast<const char*>(nullptr)); }, ""},
+        {"percent in ready-made text is a conversion",
+         [](CErrorInfo& e) { return e.SetLastError("100%% done"); }, "100% done"},
+        {"system code 0 clears", [](CErrorInfo& e) { return e.SetLastErrorFromSystem(0u); }, ""},
+        {"system code", [](CErrorInfo& e) { return e.SetLastErrorFromSystem(DWORD{EACCES}); },
+         sys_text(EACCES, "0xD")},
+        {"unknown system code", [](CErrorInfo& e) { return e.SetLastErrorFromSystem(0xABCDu); },
+         "System Error (code:0xABCD)"},
+        {"code beyond int", [](CErrorInfo& e) { return e.SetLastErrorFromSystem(0xFFFFFFFFu); },
+         "System Error (code:0xFFFFFFFF)"},
+        {"thread's errno",
+         [](CErrorInfo& e) {
+             errno = ENOENT;
+             return e.SetLastErrorFromSystem();
+         },
+         sys_text(ENOENT, "0x2")},
+    };
+    for (const Case& c : cases) {
+        CErrorInfo e;
+        e.SetLastError("previous %s", "failure");
+        EXPECT_EQ(c.write(e), 1) << c.what;
+        EXPECT_EQ(text_of(e), c.text) << c.what;
+        EXPECT_EQ(e.IsError() != 0, !c.text.empty()) << c.what;
+        CString out("stale");
+        EXPECT_EQ(e.GetLastError(out), e.IsError()) << c.what;
+    }
+}
+
+// A reader must not consume the error, and a clear object must empty the caller's string.
+TEST(CErrorInfo, ReadingKeepsTextAndClearObjectEmptiesOutput) {
+    CErrorInfo e;
+    CString out("stale");
+    EXPECT_EQ(e.GetLastError(out), 0);
+    EXPECT_TRUE(out.IsEmpty());
+    e.SetLastError("x%d", 1);
+    EXPECT_EQ(text_of(e), "x1");
+    EXPECT_EQ(text_of(e), "x1");
+    e.ClearError();
+    EXPECT_EQ(e.IsError(), 0);
+    EXPECT_EQ(text_of(e), "");
+}
+
+// Copies must carry the text but be independent objects with working locks of their own.
+TEST(CErrorInfo, CopiesAreIndependent) {
+    CErrorInfo a;
+    a.SetLastError("first");
+    CErrorInfo b(a);
+    EXPECT_EQ(text_of(b), "first");
+    b.SetLastError("second");
+    EXPECT_EQ(text_of(a), "first");
+    a = b;
+    EXPECT_EQ(text_of(a), "second");
+    b.ClearError();
+    EXPECT_EQ(text_of(a), "second");
+    a = a;  // self-assignment must not deadlock or lose the text
+    EXPECT_EQ(text_of(a), "second");
+}
+
+// The system text never turns into the C library's invented "Unknown error N" text.
+TEST(CErrorInfo, TransSystemErrorCodeToString) {
+    struct Case {
+        DWORD code;
+        std::string text;
+    } const cases[] = {
+        {0, ""},
+        {EIO, sys_text(EIO, "0x5")},
+        {ENOSPC, sys_text(ENOSPC, "0x1C")},
+        {4095, "System Error (code:0xFFF)"},
+        {0x80000000u, "System Error (code:0x80000000)"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(CErrorInfo::TransSystemErrorCodeToString(c.code).str(), c.text) << c.code;
+}
