@@ -49,13 +49,15 @@ inline Lanes operator*(double w, Lanes p) {
     return {_mm_mul_pd(_mm_set1_pd(w), p.v)};
 }
 
-// Half-away rounding to 32-bit integers, both lanes: v + copysign(0.5, v), clamped to the
-// int32 range (a NaN lane becomes the minimum), truncated. Returns x and y in the low 64 bits.
+// Half-away rounding to 32-bit integers, both lanes: v + copysign(0.5, v), truncated, with
+// saturation. Only the upper limit needs a clamp: the truncating conversion already turns
+// values below the int32 range, and NaN, into its "indefinite" result 0x80000000, which is
+// the minimum. (minpd returns its second operand when one is NaN, so NaN passes through.)
+// Returns x and y in the low 64 bits.
 inline __m128i RoundHalfAway(Lanes l) {
     const __m128d sign = _mm_and_pd(l.v, _mm_set1_pd(-0.0));
     __m128d r = _mm_add_pd(l.v, _mm_or_pd(sign, _mm_set1_pd(0.5)));
-    r = _mm_max_pd(r, _mm_set1_pd(-2147483648.0));  // NaN lanes take the second operand
-    r = _mm_min_pd(r, _mm_set1_pd(2147483647.0));
+    r = _mm_min_pd(_mm_set1_pd(2147483647.0), r);
     return _mm_cvttpd_epi32(r);
 }
 
