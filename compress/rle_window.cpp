@@ -6,6 +6,17 @@
 
 namespace {
 
+// Most records of contone lines are runs of one or two pixels: store those directly instead
+// of calling memset.
+inline void Fill1(BYTE* dst, BYTE v, ULONG n) {
+    if (n <= 2) {
+        if (n > 0) dst[0] = v;
+        if (n > 1) dst[1] = v;
+    } else {
+        std::memset(dst, v, n);
+    }
+}
+
 // The record layout of one pixel run format, as the windowed restore walks it.
 struct Rle8 {
     const BYTE* s;
@@ -13,7 +24,7 @@ struct Rle8 {
     bool valid(UINT64 o) const { return o + 1 < len; }
     ULONG count(UINT64 o) const { return s[o]; }
     UINT64 next(UINT64 o) const { return o + 2; }
-    void fill(BYTE* dst, UINT64 o, ULONG n) const { std::memset(dst, s[o + 1], n); }
+    void fill(BYTE* dst, UINT64 o, ULONG n) const { Fill1(dst, s[o + 1], n); }
     static constexpr ULONG kPixelBytes = 1;
 };
 
@@ -38,7 +49,7 @@ struct Rle4 {
     ULONG count(UINT64 o) const { return s[o]; }
     UINT64 next(UINT64 o) const { return o % 3 == 0 ? o + 2 : o + 1; }
     BYTE value(UINT64 o) const { return o % 3 == 0 ? s[o + 1] >> 4 : s[o - 1] & 0x0F; }
-    void fill(BYTE* dst, UINT64 o, ULONG n) const { std::memset(dst, value(o), n); }
+    void fill(BYTE* dst, UINT64 o, ULONG n) const { Fill1(dst, value(o), n); }
     static constexpr ULONG kPixelBytes = 1;
 };
 
