@@ -31,7 +31,8 @@ inline Lanes Phantom(Lanes end, Lanes inner) {
 // One window (A, B, C, D) to four Bezier points, the full weight matrix product with each
 // sum formed left to right:
 //   a*A + b*B + a*C + 0*D,  0*A + b*B + c*C + 0*D,  0*A + c*B + b*C + 0*D,  0*A + a*B + b*C + a*D
-// The zero entries take part (they turn a non-finite coordinate into NaN across the window);
+// The zero entries take part (a non-finite coordinate spoils the whole window, as in the
+// full product);
 // a product that occurs twice is formed once.
 template <class Sink, class P>
 inline void Span(Lanes A, Lanes B, Lanes C, Lanes D, P* o) {

@@ -228,3 +228,20 @@ TEST(BSplineToBezier, LargeOutputsMatchSpanBySpan) {
     EXPECT_NEAR(big.back().x, p.back().x, 1e-7);
     EXPECT_EQ(bigi[4 * (n - 1) - 1], pi.back());
 }
+
+// Catches dropped zero terms and values leaking between windows: a non-finite coordinate
+// spoils exactly the four spans whose windows hold it (all four points of each, on that axis
+// only) and no other span.
+TEST(BSplineToBezier, NonFiniteCoordinateSpoilsOnlyItsWindows) {
+    for (double bad : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        std::vector<POINTD> p;
+        for (int i = 0; i < 9; ++i) p.emplace_back(i, i * i);
+        p[4].x = bad;  // P4 sits in the windows of spans 2 to 5 (window s holds P(s-1)..P(s+2))
+        const std::vector<POINTD> out = Convert(p, 1);
+        for (std::size_t i = 0; i < out.size(); ++i) {
+            const std::size_t span = i / 4;
+            EXPECT_EQ(std::isfinite(out[i].x), span < 2 || span > 5) << bad << " point " << i;
+            EXPECT_TRUE(std::isfinite(out[i].y)) << bad << " point " << i;
+        }
+    }
+}

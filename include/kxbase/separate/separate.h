@@ -16,7 +16,9 @@
 //     third  = 0*A + c*B + b*C + 0*D
 //     fourth = 0*A + a*B + b*C + a*D
 // The zero terms are part of the product (it is the full 4x4 weight matrix), so a non-finite
-// coordinate anywhere in a window makes that coordinate of all four points of the span NaN.
+// coordinate anywhere in a window makes that coordinate of all four points of the span
+// non-finite (NaN, or an infinity where the point's own weight meets it); other spans keep
+// their values.
 #pragma once
 
 #include <kxbase/export.h>
