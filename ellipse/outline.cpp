@@ -49,6 +49,39 @@ bool LinePixels(POINT p, POINT q, std::vector<POINT>& out) {
     return true;
 }
 
+// Where a tip is sharper than the pixel grid, the tracers can stop short of the start: no
+// octant's first midpoint lies in its octant any more. The ellipse is symmetric through its
+// centre, so the missing part is the point reflection of a part already traced: from the
+// reflection of the pixel reached back to the start.
+void CompleteBySymmetry(const ELLPARAM& p, std::vector<POINT>& t) {
+    if (t.size() < 2) return;
+    const POINT s = t.back(), s0 = t.front();
+    if (std::abs(s.x - s0.x) <= 2 && std::abs(s.y - s0.y) <= 2) return;
+    POINTD c;
+    if (!CEllipse::GetEllBoundary(p, static_cast<POINTD*>(nullptr), nullptr, &c)) return;
+    auto reflect = [&](const POINT& q) {
+        return POINT{static_cast<LONG>(Floor64(2.0 * c.x - q.x + 0.5)),
+                     static_cast<LONG>(Floor64(2.0 * c.y - q.y + 0.5))};
+    };
+    auto nearest = [&](const POINT& q) {
+        std::size_t best = 0;
+        std::int64_t bd = INT64_MAX;
+        for (std::size_t i = 0; i < t.size(); ++i) {
+            const std::int64_t dx = std::int64_t{t[i].x} - q.x, dy = std::int64_t{t[i].y} - q.y;
+            if (dx * dx + dy * dy < bd) bd = dx * dx + dy * dy, best = i;
+        }
+        return best;
+    };
+    const std::size_t n = t.size();
+    const std::size_t from = nearest(reflect(s));  // where the reached pixel's image lies
+    const std::size_t to = nearest(reflect(s0));   // the image of the start
+    if (to > from) {
+        for (std::size_t k = from + 1; k <= to; ++k) t.push_back(reflect(t[k]));
+    } else {
+        for (std::size_t k = 0; k < n; ++k) t.push_back(reflect(t[k]));
+    }
+}
+
 void Store(CArray<POINT>& pts, const std::vector<POINT>& v) {
     pts.SetSize(static_cast<INT_PTR>(v.size()));
     std::copy(v.begin(), v.end(), pts.begin());
@@ -148,8 +181,31 @@ void CEllipse::MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POIN
             m_EllSep[k](p, x, y, count, maxSteps, k == 7 ? &stop : nullptr, pts);
         }
         pts.SetSize(count);
-        while (pts.GetSize() > 1 && pts[pts.GetSize() - 1] == start) pts.SetSize(pts.GetSize() - 1);
-        pts.FreeExtra();
+        std::vector<POINT> traced(pts.begin(), pts.end());
+        CompleteBySymmetry(p, traced);
+        // On an ellipse thinner than a pixel, or where the tracers met the start from a
+        // neighbouring row, the octants can leave steps longer than one pixel (at worst
+        // one side traced and the other missing): bridge every such step with a segment
+        // so that the outline is always a closed chain of 8-connected pixels.
+        std::vector<POINT> chain, seg;
+        chain.reserve(traced.size() + 8);
+        for (const POINT& a : traced) {
+            if (!chain.empty() && chain.back() == a) continue;
+            if (!chain.empty() &&
+                (std::abs(chain.back().x - a.x) > 1 || std::abs(chain.back().y - a.y) > 1)) {
+                seg.clear();
+                LinePixels(chain.back(), a, seg);
+                chain.insert(chain.end(), seg.begin() + 1, seg.end() - 1);
+            }
+            chain.push_back(a);
+        }
+        while (chain.size() > 1 && chain.back() == chain.front()) chain.pop_back();
+        if (chain.size() > 1) {
+            seg.clear();
+            LinePixels(chain.back(), chain.front(), seg);
+            if (seg.size() > 2) chain.insert(chain.end(), seg.begin() + 1, seg.end() - 1);
+        }
+        Store(pts, chain);
     } catch (...) {
         ReportOutOfMemory();
         pts.RemoveAll();
