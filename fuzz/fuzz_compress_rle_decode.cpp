@@ -39,6 +39,25 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (ACompress::UnComp_RLE(src.data(), srcLen, out.data(), total, len) && len > total)
             __builtin_trap();
     }
+    // A buffer of the documented bound never fails for capacity: only cut records fail.
+    {
+        std::vector<BYTE> out(ACompress::RleExpandBound(srcLen) + 1);
+        ULONG len = 0;
+        const int ok = ACompress::UnComp_RLE(src.data(), srcLen, out.data(),
+                                             static_cast<ULONG>(out.size()), len);
+        bool cut = false;
+        for (ULONG pos = 0; pos < srcLen && !cut;) {
+            if (srcLen - pos < 2) {
+                cut = true;
+            } else if (src[pos] != 0) {
+                pos += 2;
+            } else {
+                cut = srcLen - pos - 2 < src[pos + 1];
+                pos += 2 + src[pos + 1];
+            }
+        }
+        if (!ok && !cut && srcLen > 0) __builtin_trap();
+    }
     // Whole line.
     {
         std::vector<BYTE> out(pb * total + (total == 0));

@@ -69,8 +69,9 @@ public:
     /// and end codes only), and where UnPack_LZW fails (too little room, more than 4095
     /// entries, an entry code directly after a clear code). A stream cut short decodes the
     /// codes it holds and succeeds. Needs dstCap >= LzwDecompressCapacity(original length).
-    /// Only dst[0, dstLen) is written. The codes go straight from the stream into the decoder,
-    /// so no work buffer is allocated.
+    /// Writes inside dst[0, dstCap) only; the bytes after dstLen are unspecified (see
+    /// UnPack_LZW). The codes go straight from the stream into the decoder, so no work buffer
+    /// is allocated.
     static int UnComp_LZW(const BYTE* src, ULONG srcLen, BYTE* dst, ULONG dstCap, ULONG& dstLen);
 
     /// The code stage of Comp_LZW: turns srcLen bytes into 16-bit codes (clear code first, end
@@ -97,7 +98,9 @@ public:
     /// dstCap before it is written (so it leaves 5 spare), and the very first byte needs only
     /// dstCap >= 1. LzwDecompressCapacity(n) is therefore always enough for n bytes.
     /// On failure dstLen holds the count reached (untouched when nothing was written). Writes
-    /// only dst[0, dstLen).
+    /// only inside dst[0, dstCap): the restored bytes, plus scratch in the spare bytes behind
+    /// them (a string shorter than 8 bytes is moved as one 8-byte word), so the bytes after
+    /// dstLen are unspecified.
     static int UnPack_LZW(const WORD* codes, ULONG codeCount, BYTE* dst, ULONG dstCap,
                           ULONG& dstLen);
 
@@ -184,6 +187,10 @@ public:
     /// would pass dstCap, and on a stream whose last record is cut short (a count without its
     /// value, a literal block longer than what is left); dstLen then holds the length reached.
     static int UnComp_RLE(const BYTE* src, ULONG srcLen, BYTE* dst, ULONG dstCap, ULONG& dstLen);
+
+    /// Largest output UnComp_RLE can restore from srcLen stream bytes (all runs of 255): a dst
+    /// of this size never fails for capacity.
+    static constexpr UINT64 RleExpandBound(UINT64 srcLen) { return srcLen / 2 * 255; }
 
     /// Capacity Pack() needs so that a line of srcLen pixel bytes (three per pixel for depth 24)
     /// always compresses, for depth 1, 2, 4, 8 or 24 (0 for other depths). The 4-, 8- and
