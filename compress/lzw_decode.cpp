@@ -35,23 +35,19 @@ private:
 // when it would need bits past the stream's end (a cut or foreign stream).
 class BitStreamSource {
 public:
-    BitStreamSource(const BYTE* src, ULONG srcLen) : src_(src), len_(srcLen) {}
+    BitStreamSource(const BYTE* src, ULONG srcLen)
+        : src_(src), len_(srcLen), fastLimit_(srcLen >= 8 ? (UINT64{srcLen} - 7) * 8 : 0) {}
+
     bool Next(unsigned& code) {
-        const UINT64 byte = pos_ >> 3;
-        if (ended_ || byte + 1 >= len_) return false;
-        const unsigned shift = static_cast<unsigned>(pos_ & 7);
         unsigned v;
-        if (byte + 8 <= len_) {
+        if (pos_ < fastLimit_) {
+            // At least 8 bytes from the code's first byte on: one big-endian word holds it.
             std::uint64_t word;
-            std::memcpy(&word, src_ + byte, 8);
+            std::memcpy(&word, src_ + (pos_ >> 3), 8);
             word = __builtin_bswap64(word);
-            v = static_cast<unsigned>((word << shift) >> (64 - width_));
-        } else {
-            if (pos_ + width_ > UINT64{len_} * 8) return false;
-            std::uint32_t word = std::uint32_t{src_[byte]} << 24 | std::uint32_t{src_[byte + 1]}
-                                                                       << 16;
-            if (byte + 2 < len_) word |= std::uint32_t{src_[byte + 2]} << 8;
-            v = ((word << shift) >> (32 - width_));
+            v = static_cast<unsigned>((word << (pos_ & 7)) >> (64 - width_));
+        } else if (!ReadTail(v)) {
+            return false;
         }
         pos_ += width_;
         code = v;
@@ -62,25 +58,58 @@ public:
             width_ = 9;
             n_ = 1;
             step_ = kLzwFirstWidthStep;
+        } else if (v == kLzwEnd) {
+            fastLimit_ = 0;  // nothing is read after an end code
+            len_ = 0;
         }
-        if (v == kLzwEnd) ended_ = true;
         return true;
     }
 
 private:
+    // A code near the end of the stream, read byte by byte.
+    bool ReadTail(unsigned& v) const {
+        const UINT64 byte = pos_ >> 3;
+        if (byte + 1 >= len_ || pos_ + width_ > UINT64{len_} * 8) return false;
+        std::uint32_t word = std::uint32_t{src_[byte]} << 24 | std::uint32_t{src_[byte + 1]} << 16;
+        if (byte + 2 < len_) word |= std::uint32_t{src_[byte + 2]} << 8;
+        v = (word << (pos_ & 7)) >> (32 - width_);
+        return true;
+    }
+
     const BYTE* src_;
     ULONG len_;
-    UINT64 pos_ = 0;  // bit position of the next code
+    UINT64 fastLimit_;  // bit positions below this can be read with one 8-byte load
+    UINT64 pos_ = 0;    // bit position of the next code
     unsigned width_ = 9;
     ULONG n_ = 0;  // codes read since the start or the last width reset
     ULONG step_ = kLzwFirstWidthStep;
-    bool ended_ = false;
 };
 
 struct LzwEntry {
     ULONG offset;  // where the entry's string lies in dst
     ULONG length;
 };
+
+// Copies a string of n >= 2 bytes that lies before `to` in the same buffer (the source ends at
+// or before `to`, so the ranges never overlap). Strings shorter than 8 bytes are moved as one
+// 8-byte word: that writes up to 6 bytes past the string, which the decoder's rule of 6 spare
+// bytes behind every string leaves free; longer ones are copied exactly, the last word
+// overlapping the one before.
+inline void CopyString(BYTE* to, const BYTE* from, ULONG n) {
+    std::uint64_t w;
+    if (n < 8) {
+        std::memcpy(&w, from, 8);
+        std::memcpy(to, &w, 8);
+        return;
+    }
+    ULONG k = 0;
+    for (; k + 8 < n; k += 8) {
+        std::memcpy(&w, from + k, 8);
+        std::memcpy(to + k, &w, 8);
+    }
+    std::memcpy(&w, from + n - 8, 8);
+    std::memcpy(to + n - 8, &w, 8);
+}
 
 // Decodes the codes of `in` into dst with the rules of UnPack_LZW.
 template <class Source>
@@ -97,59 +126,67 @@ int LzwUnpack(Source& in, BYTE* dst, ULONG dstCap, ULONG& dstLen) {
     ULONG prevOff = 0, prevLen = 1;
     unsigned entries = 0;
     LzwEntry table[kLzwDecoderMaxEntries];
+    // Every string needs len + its length + 6 <= dstCap (the decoder keeps 6 bytes spare), and
+    // every code after the first makes an entry, at most 4095 of them.
+    const UINT64 cap = dstCap;
     int result = 1;
     while (in.Next(c)) {
-        if (c == kLzwEnd) break;
-        if (c == kLzwClear) {
-            bool more;
-            while ((more = in.Next(c)) && c == kLzwClear) {
-            }
-            if (!more || c == kLzwEnd) break;  // a clear code may end the codes
-            if (c > kLzwEnd || UINT64{len} + 6 > dstCap) {
+        if (c < 256) {
+            if (UINT64{len} + 1 + 6 > cap || entries >= kLzwDecoderMaxEntries) {
                 result = 0;
                 break;
             }
+            table[entries++] = LzwEntry{prevOff, prevLen + 1};
             dst[len] = static_cast<BYTE>(c);
             prevOff = len;
             prevLen = 1;
             ++len;
-            entries = 0;
             continue;
         }
-        // The current string: a literal, a defined entry, or (any code not yet defined) the
-        // previous string followed by its own first byte.
-        ULONG curLen;
-        const unsigned index = c - kLzwFirstEntry;
-        if (c < 256) {
-            curLen = 1;
-        } else if (index < entries) {
-            curLen = table[index].length;
-        } else {
-            curLen = prevLen + 1;
+        const unsigned index = c - kLzwFirstEntry;  // wraps for 256 and 257
+        if (index < entries) {
+            const LzwEntry e = table[index];
+            if (UINT64{len} + e.length + 6 > cap || entries >= kLzwDecoderMaxEntries) {
+                result = 0;
+                break;
+            }
+            table[entries++] = LzwEntry{prevOff, prevLen + 1};
+            CopyString(dst + len, dst + e.offset, e.length);
+            prevOff = len;
+            prevLen = e.length;
+            len += e.length;
+            continue;
         }
-        // The decoder keeps 6 bytes spare behind every string.
-        if (UINT64{len} + curLen + 6 > dstCap || entries >= kLzwDecoderMaxEntries) {
+        if (c >= kLzwFirstEntry) {
+            // Any code not yet defined: the previous string followed by its own first byte.
+            const ULONG curLen = prevLen + 1;
+            if (UINT64{len} + curLen + 6 > cap || entries >= kLzwDecoderMaxEntries) {
+                result = 0;
+                break;
+            }
+            table[entries++] = LzwEntry{prevOff, curLen};
+            CopyString(dst + len, dst + prevOff, curLen);  // the byte after prev is overwritten
+            dst[len + prevLen] = dst[prevOff];
+            prevOff = len;
+            prevLen = curLen;
+            len += curLen;
+            continue;
+        }
+        if (c == kLzwEnd) break;
+        // A clear code: skip repeated ones; an end code or the end of the codes finishes.
+        bool more;
+        while ((more = in.Next(c)) && c == kLzwClear) {
+        }
+        if (!more || c == kLzwEnd) break;
+        if (c > kLzwEnd || UINT64{len} + 6 > cap) {
             result = 0;
             break;
         }
-        table[entries++] = LzwEntry{prevOff, prevLen + 1};
-        BYTE* out = dst + len;
-        if (c < 256) {
-            *out = static_cast<BYTE>(c);
-        } else {
-            const BYTE* from = dst + (index < entries - 1 ? table[index].offset : prevOff);
-            const ULONG n = index < entries - 1 ? curLen : prevLen;
-            // The source ends at or before dst + len: the ranges never overlap.
-            if (n <= 16) {
-                for (ULONG k = 0; k < n; ++k) out[k] = from[k];
-            } else {
-                std::memcpy(out, from, n);
-            }
-            if (n != curLen) out[n] = dst[prevOff];
-        }
+        dst[len] = static_cast<BYTE>(c);
         prevOff = len;
-        prevLen = curLen;
-        len += curLen;
+        prevLen = 1;
+        ++len;
+        entries = 0;
     }
     dstLen = len;
     return result;

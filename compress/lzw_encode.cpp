@@ -68,7 +68,7 @@ PackResult LzwPack(const BYTE* src, ULONG srcLen, UINT64 cap, Out& out, ULONG& c
     unsigned entries = 1;  // entry count; the next entry gets code 257 + entries
     for (ULONG i = 1; i < srcLen; ++i) {
         const unsigned c = src[i];
-        std::uint32_t* slot;
+        std::uint32_t* slot = nullptr;
         const unsigned code = dict.Find(prefix, c, slot);
         if (code != 0) {
             prefix = code;
