@@ -49,13 +49,15 @@ inline std::int32_t Trunc32(double v) {
     if (v != v) return 0;
     return static_cast<std::int32_t>(v);
 }
-/// Floor into int64, clamped to +-2^62; NaN gives 0.
+/// Floor into int64, clamped to +-2^62; NaN gives 0. Written without the library floor so
+/// that the per-row solvers stay free of calls on the baseline instruction set.
 inline std::int64_t Floor64(double v) {
     constexpr double kLim = 4611686018427387904.0;
     if (v != v) return 0;
     if (v >= kLim) return std::int64_t{1} << 62;
     if (v <= -kLim) return -(std::int64_t{1} << 62);
-    return static_cast<std::int64_t>(std::floor(v));
+    const auto i = static_cast<std::int64_t>(v);  // toward zero
+    return i - (v < static_cast<double>(i) ? 1 : 0);
 }
 inline std::int64_t Ceil64(double v) {
     return -Floor64(-v);
