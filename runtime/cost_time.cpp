@@ -126,6 +126,10 @@ int CCostTime::PerformanceCounter_IsValid() {
     return m_PerformanceCounter_lFrequency != 0 ? 1 : 0;
 }
 
+INT64 CCostTime::PerformanceCounter_Frequency() {
+    return m_PerformanceCounter_lFrequency;
+}
+
 INT64 CCostTime::PerformanceCounter_CurrentCount() {
     INT64 counter = 0;
     if (m_PerformanceCounter_lFrequency != 0 && ReadCounter(&counter)) {

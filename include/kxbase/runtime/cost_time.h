@@ -51,6 +51,8 @@ public:
     static void PerformanceCounter_Init();
     /// 1 when the frequency is nonzero.
     static int PerformanceCounter_IsValid();
+    /// The frequency itself: counts per second, 0 when there is no counter.
+    static INT64 PerformanceCounter_Frequency();
     /// A microsecond clock: counter / frequency * 1e6 truncated when the counter works and
     /// that is nonzero, otherwise the millisecond tick count * 1000.
     static INT64 PerformanceCounter_CurrentCount();
