@@ -90,65 +90,83 @@ void Store(CArray<POINT>& pts, const std::vector<POINT>& v) {
 }  // namespace
 
 int CEllipse::MidPointLine(POINT p1, POINT p2, CArray<POINT>& pts) {
-    std::vector<POINT> v;
-    if (!LinePixels(p1, p2, v)) v.clear();
-    Store(pts, v);
-    return static_cast<int>(v.size());
+    try {
+        std::vector<POINT> v;
+        if (!LinePixels(p1, p2, v)) v.clear();
+        Store(pts, v);
+        return static_cast<int>(v.size());
+    } catch (...) {
+        pts.RemoveAll();
+        return 0;
+    }
 }
 
 int CEllipse::MidPointLine(POINT p1, POINT p2, POINT origin, CArray<int>& xs) {
-    const POINT& upper = p1.y <= p2.y ? p1 : p2;
-    const std::int64_t last = std::max(p1.y, p2.y);
-    const std::int64_t rows = last - origin.y + 1;
-    std::vector<POINT> v;
-    if (rows <= 0 || rows > kMaxExtent || !LinePixels(p1, p2, v)) {
-        xs.SetSize(0);
+    try {
+        const POINT& upper = p1.y <= p2.y ? p1 : p2;
+        const std::int64_t last = std::max(p1.y, p2.y);
+        const std::int64_t rows = last - origin.y + 1;
+        std::vector<POINT> v;
+        if (rows <= 0 || rows > kMaxExtent || !LinePixels(p1, p2, v)) {
+            xs.SetSize(0);
+            return 0;
+        }
+        xs.SetSize(static_cast<INT_PTR>(rows));
+        int* out = xs.GetData();
+        const int fill = static_cast<int>(std::int64_t{upper.x} - origin.x);
+        std::vector<bool> seen(static_cast<std::size_t>(rows), false);
+        for (std::int64_t i = 0; i < rows; ++i) out[i] = fill;
+        for (const POINT& p : v) {
+            const std::int64_t i = std::int64_t{p.y} - origin.y;
+            if (i < 0 || seen[static_cast<std::size_t>(i)]) continue;
+            seen[static_cast<std::size_t>(i)] = true;
+            out[i] = static_cast<int>(std::int64_t{p.x} - origin.x);
+        }
+        return static_cast<int>(rows);
+    } catch (...) {
+        xs.RemoveAll();
         return 0;
     }
-    xs.SetSize(static_cast<INT_PTR>(rows));
-    int* out = xs.GetData();
-    const int fill = static_cast<int>(std::int64_t{upper.x} - origin.x);
-    std::vector<bool> seen(static_cast<std::size_t>(rows), false);
-    for (std::int64_t i = 0; i < rows; ++i) out[i] = fill;
-    for (const POINT& p : v) {
-        const std::int64_t i = std::int64_t{p.y} - origin.y;
-        if (i < 0 || seen[static_cast<std::size_t>(i)]) continue;
-        seen[static_cast<std::size_t>(i)] = true;
-        out[i] = static_cast<int>(std::int64_t{p.x} - origin.x);
-    }
-    return static_cast<int>(rows);
 }
 
 void CEllipse::MidPointCircle(const CRect& rc, CArray<POINT>& pts) {
-    const std::int64_t w = std::int64_t{rc.right} - rc.left;
-    const std::int64_t h = std::int64_t{rc.bottom} - rc.top;
-    if (w < 1 || h < 1) {
-        pts.SetSize(0);
-        return;
+    try {
+        const std::int64_t w = std::int64_t{rc.right} - rc.left;
+        const std::int64_t h = std::int64_t{rc.bottom} - rc.top;
+        if (w < 1 || h < 1) {
+            pts.SetSize(0);
+            return;
+        }
+        const std::int64_t side = std::min(w, h);
+        const std::int64_t l = rc.left + (w - side) / 2, t = rc.top + (h - side) / 2;
+        MidPointEllipse(CRect(static_cast<LONG>(l), static_cast<LONG>(t),
+                              static_cast<LONG>(l + side), static_cast<LONG>(t + side)),
+                        pts);
+    } catch (...) {
+        pts.RemoveAll();
     }
-    const std::int64_t side = std::min(w, h);
-    const std::int64_t l = rc.left + (w - side) / 2, t = rc.top + (h - side) / 2;
-    MidPointEllipse(CRect(static_cast<LONG>(l), static_cast<LONG>(t), static_cast<LONG>(l + side),
-                          static_cast<LONG>(t + side)),
-                    pts);
 }
 
 void CEllipse::MidPointEllipse(const RECT& rc, double angle, CArray<POINT>& pts) {
-    angle = NormalizeAngle(angle);
-    const std::int64_t w = std::int64_t{rc.right} - rc.left;
-    const std::int64_t h = std::int64_t{rc.bottom} - rc.top;
-    if (w == h || NearZeroOrPi(angle)) {
-        MidPointEllipse(CRect(rc), pts);
-        return;
+    try {
+        angle = NormalizeAngle(angle);
+        const std::int64_t w = std::int64_t{rc.right} - rc.left;
+        const std::int64_t h = std::int64_t{rc.bottom} - rc.top;
+        if (w == h || NearZeroOrPi(angle)) {
+            MidPointEllipse(CRect(rc), pts);
+            return;
+        }
+        if (!std::isfinite(angle)) {
+            pts.SetSize(0);
+            return;
+        }
+        const RECTD rd(rc);
+        ATransform turn;
+        turn.Rotate(angle, (rd.left + rd.right) * 0.5, (rd.top + rd.bottom) * 0.5);
+        MidPointEllipse(rd, turn, pts);
+    } catch (...) {
+        pts.RemoveAll();
     }
-    if (!std::isfinite(angle)) {
-        pts.SetSize(0);
-        return;
-    }
-    const RECTD rd(rc);
-    ATransform turn;
-    turn.Rotate(angle, (rd.left + rd.right) * 0.5, (rd.top + rd.bottom) * 0.5);
-    MidPointEllipse(rd, turn, pts);
 }
 
 void CEllipse::MidPointEllipse(const RECT& rc, const ATransform& t, CArray<POINT>& pts) {
@@ -260,37 +278,49 @@ void CEllipse::MidPointArc(const RECTD& rc, const ATransform& t, double a1, doub
 }
 
 void CEllipse::MidPointParalgram(const POINT pts[4], CArray<POINT>& out) {
-    std::vector<POINT> v, seg;
-    for (int k = 0; k < 4; ++k) {
-        seg.clear();
-        if (!LinePixels(pts[k], pts[(k + 1) % 4], seg)) {
-            out.SetSize(0);
-            return;
+    try {
+        std::vector<POINT> v, seg;
+        for (int k = 0; k < 4; ++k) {
+            seg.clear();
+            if (!LinePixels(pts[k], pts[(k + 1) % 4], seg)) {
+                out.SetSize(0);
+                return;
+            }
+            // Each corner once: a segment starts where the previous one ended.
+            v.insert(v.end(), seg.begin() + (v.empty() ? 0 : 1), seg.end());
         }
-        // Each corner once: a segment starts where the previous one ended.
-        v.insert(v.end(), seg.begin() + (v.empty() ? 0 : 1), seg.end());
+        if (v.size() > 1) v.pop_back();  // the last segment ends on the first corner
+        Store(out, v);
+    } catch (...) {
+        out.RemoveAll();
     }
-    if (v.size() > 1) v.pop_back();  // the last segment ends on the first corner
-    Store(out, v);
 }
 
 void CEllipse::MidPointRect(const RECT& rc, double angle, CArray<POINT>& pts) {
-    if (CRect(rc).IsRectEmpty()) {
-        pts.SetSize(0);
-        return;
+    try {
+        if (CRect(rc).IsRectEmpty()) {
+            pts.SetSize(0);
+            return;
+        }
+        POINT c[4];
+        RotateRect(rc, NormalizeAngle(angle), c);
+        MidPointParalgram(c, pts);
+    } catch (...) {
+        pts.RemoveAll();
     }
-    POINT c[4];
-    RotateRect(rc, NormalizeAngle(angle), c);
-    MidPointParalgram(c, pts);
 }
 
 void CEllipse::MidPointRect(const RECT& rc, const ATransform& t, CArray<POINT>& pts) {
-    if (CRect(rc).IsRectEmpty()) {
-        pts.SetSize(0);
-        return;
+    try {
+        if (CRect(rc).IsRectEmpty()) {
+            pts.SetSize(0);
+            return;
+        }
+        POINT c[4];
+        RectVertex(rc, c);
+        for (POINT& p : c) t.CalcPoint(p, 0.5);
+        MidPointParalgram(c, pts);
+    } catch (...) {
+        pts.RemoveAll();
     }
-    POINT c[4];
-    RectVertex(rc, c);
-    for (POINT& p : c) t.CalcPoint(p, 0.5);
-    MidPointParalgram(c, pts);
 }

@@ -39,69 +39,75 @@ int ToRecord(int first, RSRLINE& line) {
 // ---- ellipses ----------------------------------------------------------------------------
 
 int CEllipse::EllipseRasterLine(const CRect& rc, double angle, CArray<POINT>& spans, RECT* border) {
-    angle = NormalizeAngle(angle);
-    const std::int64_t l = rc.left, t = rc.top, r = rc.right, b = rc.bottom;
-    const std::int64_t w = r - l, h = b - t;
-    if (w < 1 || h < 1 || !ExtentOk(l, r) || !ExtentOk(t, b)) {
+    try {
+        angle = NormalizeAngle(angle);
+        const std::int64_t l = rc.left, t = rc.top, r = rc.right, b = rc.bottom;
+        const std::int64_t w = r - l, h = b - t;
+        if (w < 1 || h < 1 || !ExtentOk(l, r) || !ExtentOk(t, b)) {
+            EmptySpans(spans, border);
+            return rc.top;
+        }
+        if (w == 1 && h == 1) {
+            spans.SetSize(1);
+            spans[0] = POINT{rc.left, rc.left};
+            if (border) *border = rc;
+            return rc.top;
+        }
+        if (w < 3 || h < 3) return RectRasterLine(rc, angle, spans, border);
+
+        const std::int64_t hw = w / 2 - ((w & 1) == 0 ? 1 : 0);
+        const std::int64_t hh = h / 2 - ((h & 1) == 0 ? 1 : 0);
+        // C integer division (toward zero), kept for compatibility: with an odd width and a
+        // negative left + right the runs sit one pixel right of the rectangle.
+        const std::int64_t cx = (l + r) / 2, cy = (t + b) / 2;
+
+        CArray<int> profile;
+        bool exchanged = false;
+        if (w == h) {
+            MidPointCircle(static_cast<int>(hw), profile);
+        } else if (NearZeroOrPi(angle)) {
+            MidPointEllipse(static_cast<int>(hw), static_cast<int>(hh), profile);
+        } else if (NearQuarter(angle)) {
+            MidPointEllipse(static_cast<int>(hh), static_cast<int>(hw), profile);
+            exchanged = true;
+        } else {
+            return static_cast<int>(MidPointEllipseLine(rc, angle, spans, border));
+        }
+
+        const std::int64_t first = exchanged ? cy - hw : t;
+        const INT_PTR n = profile.GetSize();
+        // The lower half mirrors the upper: an even height repeats every row (the centre row
+        // twice), an odd height all but the centre row. The parity is always the rectangle's
+        // own height, also when width and height are exchanged, and so is the parity that
+        // widens the runs of an even size by one pixel on the left.
+        const bool evenH = (h & 1) == 0;
+        const INT_PTR rows = evenH ? 2 * n : 2 * n - 1;
+        spans.SetSize(rows, 100);
+        POINT* out = spans.GetData();
+        const bool widen = exchanged ? evenH : (w & 1) == 0;
+        const int* p = profile.GetData();
+        for (INT_PTR k = 0; k < n; ++k)
+            out[k] =
+                POINT{static_cast<LONG>(cx - p[k] - (widen ? 1 : 0)), static_cast<LONG>(cx + p[k])};
+        for (INT_PTR k = n; k < rows; ++k) out[k] = out[rows - 1 - k];
+        spans.FreeExtra();
+
+        if (border) {
+            if (exchanged) {
+                // The exchanged case states its own border: the rectangle turned about the
+                // centre. It can differ from the runs' extent by a row.
+                *border = RECT{Sat(cx - h / 2), Sat(cy - w / 2), Sat(cx + h / 2 + (h & 1)),
+                               Sat(cy + w / 2 + (w & 1))};
+            } else {
+                BorderOfSpans(spans, first, border);
+            }
+        }
+        return static_cast<int>(first);
+    } catch (...) {
+        // Out of memory: the empty result.
         EmptySpans(spans, border);
         return rc.top;
     }
-    if (w == 1 && h == 1) {
-        spans.SetSize(1);
-        spans[0] = POINT{rc.left, rc.left};
-        if (border) *border = rc;
-        return rc.top;
-    }
-    if (w < 3 || h < 3) return RectRasterLine(rc, angle, spans, border);
-
-    const std::int64_t hw = w / 2 - ((w & 1) == 0 ? 1 : 0);
-    const std::int64_t hh = h / 2 - ((h & 1) == 0 ? 1 : 0);
-    // C integer division (toward zero), kept for compatibility: with an odd width and a
-    // negative left + right the runs sit one pixel right of the rectangle.
-    const std::int64_t cx = (l + r) / 2, cy = (t + b) / 2;
-
-    CArray<int> profile;
-    bool exchanged = false;
-    if (w == h) {
-        MidPointCircle(static_cast<int>(hw), profile);
-    } else if (NearZeroOrPi(angle)) {
-        MidPointEllipse(static_cast<int>(hw), static_cast<int>(hh), profile);
-    } else if (NearQuarter(angle)) {
-        MidPointEllipse(static_cast<int>(hh), static_cast<int>(hw), profile);
-        exchanged = true;
-    } else {
-        return static_cast<int>(MidPointEllipseLine(rc, angle, spans, border));
-    }
-
-    const std::int64_t first = exchanged ? cy - hw : t;
-    const INT_PTR n = profile.GetSize();
-    // The lower half mirrors the upper: an even height repeats every row (the centre row
-    // twice), an odd height all but the centre row. The parity is always the rectangle's
-    // own height, also when width and height are exchanged, and so is the parity that
-    // widens the runs of an even size by one pixel on the left.
-    const bool evenH = (h & 1) == 0;
-    const INT_PTR rows = evenH ? 2 * n : 2 * n - 1;
-    spans.SetSize(rows, 100);
-    POINT* out = spans.GetData();
-    const bool widen = exchanged ? evenH : (w & 1) == 0;
-    const int* p = profile.GetData();
-    for (INT_PTR k = 0; k < n; ++k)
-        out[k] =
-            POINT{static_cast<LONG>(cx - p[k] - (widen ? 1 : 0)), static_cast<LONG>(cx + p[k])};
-    for (INT_PTR k = n; k < rows; ++k) out[k] = out[rows - 1 - k];
-    spans.FreeExtra();
-
-    if (border) {
-        if (exchanged) {
-            // The exchanged case states its own border: the rectangle turned about the
-            // centre. It can differ from the runs' extent by a row.
-            *border = RECT{Sat(cx - h / 2), Sat(cy - w / 2), Sat(cx + h / 2 + (h & 1)),
-                           Sat(cy + w / 2 + (w & 1))};
-        } else {
-            BorderOfSpans(spans, first, border);
-        }
-    }
-    return static_cast<int>(first);
 }
 
 int CEllipse::EllipseRasterLine(const RECT& rc, double angle, RSRLINE& line) {
@@ -110,18 +116,23 @@ int CEllipse::EllipseRasterLine(const RECT& rc, double angle, RSRLINE& line) {
 
 INT64 CEllipse::MidPointEllipseLine(const CRect& rc, double angle, CArray<POINT>& spans,
                                     RECT* border) {
-    const std::int64_t l = rc.left, t = rc.top, r = rc.right, b = rc.bottom;
-    double p, q, rr, s;
-    std::int64_t first = t;
-    if (r - l < 1 || b - t < 1 || !ExtentOk(l, r) || !ExtentOk(t, b) ||
-        !GetEllipseParam(rc, angle, p, q, rr, s) ||
-        !ConicSpans(p, rr, q, s, (static_cast<double>(l) + static_cast<double>(r)) * 0.5,
-                    (static_cast<double>(t) + static_cast<double>(b)) * 0.5, spans, first,
-                    border)) {
+    try {
+        const std::int64_t l = rc.left, t = rc.top, r = rc.right, b = rc.bottom;
+        double p, q, rr, s;
+        std::int64_t first = t;
+        if (r - l < 1 || b - t < 1 || !ExtentOk(l, r) || !ExtentOk(t, b) ||
+            !GetEllipseParam(rc, angle, p, q, rr, s) ||
+            !ConicSpans(p, rr, q, s, (static_cast<double>(l) + static_cast<double>(r)) * 0.5,
+                        (static_cast<double>(t) + static_cast<double>(b)) * 0.5, spans, first,
+                        border)) {
+            EmptySpans(spans, border);
+            return t;
+        }
+        return first;
+    } catch (...) {
         EmptySpans(spans, border);
-        return t;
+        return rc.top;
     }
-    return first;
 }
 
 int CEllipse::EllipseRasterLine(const RECTD& rc, const ATransform& t, CArray<POINT>& spans,
@@ -225,59 +236,72 @@ void CEllipse::GetRectBorder(const RECT& rc, const ATransform& t, RECT& border) 
 }
 
 int CEllipse::RectRasterLine(const RECT& rc, double angle, CArray<POINT>& spans, RECT* border) {
-    angle = NormalizeAngle(angle);
-    const std::int64_t l = rc.left, t = rc.top, r = rc.right, b = rc.bottom;
-    if (r - l < 1 || b - t < 1 || !ExtentOk(l, r) || !ExtentOk(t, b)) {
+    try {
+        angle = NormalizeAngle(angle);
+        const std::int64_t l = rc.left, t = rc.top, r = rc.right, b = rc.bottom;
+        if (r - l < 1 || b - t < 1 || !ExtentOk(l, r) || !ExtentOk(t, b)) {
+            EmptySpans(spans, border);
+            return rc.top;
+        }
+        if (NearZeroOrPi(angle)) {
+            FillBox(spans, b - t, rc.left, rc.right - 1);
+            if (border) *border = rc;
+            return rc.top;
+        }
+        if (NearQuarter(angle)) {
+            RECT box;
+            GetRectBorder(rc, angle, box);
+            FillBox(spans, std::int64_t{box.bottom} - box.top, box.left, box.right - 1);
+            if (border) *border = box;
+            return box.top;
+        }
+        const double cx = (static_cast<double>(l) + static_cast<double>(r)) * 0.5;
+        const double cy = (static_cast<double>(t) + static_cast<double>(b)) * 0.5;
+        const double hw = static_cast<double>(r - l) * 0.5, hh = static_cast<double>(b - t) * 0.5;
+        const double co = std::cos(angle), si = std::sin(angle);
+        const double rel[4][2] = {{-hw, -hh}, {-hw, hh}, {hw, hh}, {hw, -hh}};
+        POINTD pts[4];
+        for (int i = 0; i < 4; ++i)
+            pts[i] =
+                POINTD(cx + rel[i][0] * co - rel[i][1] * si, cy + rel[i][1] * co + rel[i][0] * si);
+        std::int64_t first = t;
+        if (!PolygonSpans(pts, 4, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, spans, first,
+                          border)) {
+            EmptySpans(spans, border);
+            return rc.top;
+        }
+        return static_cast<int>(first);
+    } catch (...) {
         EmptySpans(spans, border);
         return rc.top;
     }
-    if (NearZeroOrPi(angle)) {
-        FillBox(spans, b - t, rc.left, rc.right - 1);
-        if (border) *border = rc;
-        return rc.top;
-    }
-    if (NearQuarter(angle)) {
-        RECT box;
-        GetRectBorder(rc, angle, box);
-        FillBox(spans, std::int64_t{box.bottom} - box.top, box.left, box.right - 1);
-        if (border) *border = box;
-        return box.top;
-    }
-    const double cx = (static_cast<double>(l) + static_cast<double>(r)) * 0.5;
-    const double cy = (static_cast<double>(t) + static_cast<double>(b)) * 0.5;
-    const double hw = static_cast<double>(r - l) * 0.5, hh = static_cast<double>(b - t) * 0.5;
-    const double co = std::cos(angle), si = std::sin(angle);
-    const double rel[4][2] = {{-hw, -hh}, {-hw, hh}, {hw, hh}, {hw, -hh}};
-    POINTD pts[4];
-    for (int i = 0; i < 4; ++i)
-        pts[i] = POINTD(cx + rel[i][0] * co - rel[i][1] * si, cy + rel[i][1] * co + rel[i][0] * si);
-    std::int64_t first = t;
-    if (!PolygonSpans(pts, 4, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, spans, first, border)) {
-        EmptySpans(spans, border);
-        return rc.top;
-    }
-    return static_cast<int>(first);
 }
 
 int CEllipse::RectRasterLine(const RECT& rc, const ATransform& t, CArray<POINT>& spans,
                              RECT* border) {
-    if (CRect(rc).IsRectEmpty()) {
+    try {
+        if (CRect(rc).IsRectEmpty()) {
+            EmptySpans(spans, border);
+            return rc.top;
+        }
+        POINT v[4];
+        RectVertex(rc, v);
+        POINTD pts[4];
+        for (int i = 0; i < 4; ++i) {
+            pts[i] = POINTD(v[i]);
+            t.CalcPoint(pts[i]);
+        }
+        std::int64_t first = rc.top;
+        if (!PolygonSpans(pts, 4, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, spans, first,
+                          border)) {
+            EmptySpans(spans, border);
+            return rc.top;
+        }
+        return static_cast<int>(first);
+    } catch (...) {
         EmptySpans(spans, border);
         return rc.top;
     }
-    POINT v[4];
-    RectVertex(rc, v);
-    POINTD pts[4];
-    for (int i = 0; i < 4; ++i) {
-        pts[i] = POINTD(v[i]);
-        t.CalcPoint(pts[i]);
-    }
-    std::int64_t first = rc.top;
-    if (!PolygonSpans(pts, 4, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, spans, first, border)) {
-        EmptySpans(spans, border);
-        return rc.top;
-    }
-    return static_cast<int>(first);
 }
 
 int CEllipse::RectRasterLine(const RECT& rc, double angle, RSRLINE& line) {

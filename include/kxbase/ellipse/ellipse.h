@@ -16,8 +16,10 @@
 //    just below 2pi (for instance -0.003) is therefore *not* near 0 for them and takes the
 //    general, turned path. EllipsePoint alone also accepts "near 2pi". Hosts depend on this.
 //  - Results are 1 for success and 0 for failure unless stated. Span operations return the
-//    first row. Nothing is thrown, except that the private tracers and profile routines let
-//    the array's std::invalid_argument through where documented.
+//    first row. Nothing is thrown, except that the protected tracers and profile routines let
+//    the array's exceptions through where documented. Public span and outline operations
+//    that run out of memory give their empty result (the transformed-ellipse forms also show
+//    the library's message 20, "insufficient memory", through ZelDialogMsg).
 //
 // Inputs outside the useful range (documented failure results, never undefined behaviour):
 //  - NaN or infinite angles, coefficients or transforms make the conic and bounds routines
@@ -163,10 +165,10 @@ public:
     /// the longer axis (midpoint/Bresenham rule). Returns the number of pixels.
     static int MidPointLine(POINT p1, POINT p2, CArray<POINT>& pts);
     /// Per-row x of the segment p1-p2 relative to `origin`: xs[i] is x - origin.x of the
-    /// segment's first pixel on row origin.y + i, for the rows from origin.y through the
-    /// segment's last row; rows above the segment, or between origin.y and its first row,
-    /// hold the x of its nearest end. Returns the number of rows (0 when p2 lies above
-    /// origin.y, or the segment's rows exceed kMaxExtent).
+    /// segment's first pixel (in the order p1 to p2) on row origin.y + i, for the rows from
+    /// origin.y through the segment's lowest row; rows between origin.y and the segment's
+    /// first row hold the x of its upper end. Returns the number of rows; 0 (xs emptied) when
+    /// the whole segment lies above origin.y or spans more than kMaxExtent rows.
     static int MidPointLine(POINT p1, POINT p2, POINT origin, CArray<int>& xs);
     /// Outline of the circle inscribed in rc (diameter = the smaller of width and height,
     /// centred in rc). Empty for an empty rectangle.
@@ -259,8 +261,9 @@ public:
     /// centre. Otherwise from RotateRect's corners, with a margin of 2 on the right and bottom
     /// edges only (deliberately not on the left and top).
     static void GetRectBorder(const RECT& rc, double angle, RECT& border);
-    /// Bounding box of rc's four corners carried by t (right and bottom exclusive: the
-    /// greatest rounded corner + 1). Empty rc gives rc.
+    /// Bounding box of rc carried by t, in pixels: the pixels whose centres lie within the box
+    /// of the four mapped corners (left = ceil(min x - 0.5), right = floor(max x - 0.5) + 1,
+    /// likewise for y; at least one pixel each way). The identity gives rc. Empty rc gives rc.
     static void GetRectBorder(const RECT& rc, const ATransform& t, RECT& border);
 
 protected:
@@ -283,7 +286,7 @@ protected:
     static void PrecisePoint(double x, double y, POINT& out);
     /// Corners of rc turned about its integer centre (truncated); returns the quadrant code
     /// trunc(2*angle/pi) % 4 (0 near 0, pi/2, pi, 3pi/2; negative for negative angles; 0 for
-    /// a non-finite angle).
+    /// a non-finite angle or one beyond 1e15 quarter turns).
     static int RotateRect(const RECT& rc, double angle, POINT pts[4]);
 
     /// Quadrant profile of the ellipse with semi-axes a, b: b + 1 half-widths, top row first.
