@@ -9,6 +9,8 @@
 #include <cstring>
 #include <string>
 
+#include <kxbase/compress/compress.h>
+#include <kxbase/mathopt/amathopt.h>
 #include <kxbase/platform/module.h>
 #include <kxbase/runtime/app_path.h>
 #include <kxbase/runtime/cost_time.h>
@@ -73,13 +75,14 @@ int CkxBaseCommonApp::InitInstance() {
     g_strAppVersion.Empty();
     // secure_getenv: a set-user-id host must not let its caller choose where folders appear.
     kxbase::detail::SetUpProductTree(m_hInstance, secure_getenv(KXBASE_PRODUCT_DIR_ENV));
-    // HOOK(mathopt): create AMathOpt's module-wide lock here once the numeric toolkit has it.
-    // HOOK(compress): call ACompress::Init() here once the codec tables exist.
+    AMathOpt::Init();
+    ACompress::Init();
     errno = savedErrno;
     return 1;
 }
 
 int CkxBaseCommonApp::ExitInstance() {
-    // HOOK(mathopt): delete AMathOpt's module-wide lock here.
+    AMathOpt::Exit();
+    ACompress::Exit();
     return 0;
 }
