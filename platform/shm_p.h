@@ -45,6 +45,13 @@ void* ShmMap(int fd, UINT64 offset, std::size_t length, int& err);
 
 void ShmUnmap(void* view, std::size_t length);
 
+/// Prepares [at, at + length) of a view for a copy: the pages are faulted in with one call
+/// (far cheaper than one fault per page), ready for reading and writing. Fails, instead of letting
+/// the copy fault, when the pages cannot be had: the object was cut short under the view
+/// (EFAULT) or the shared memory file system is full (ENOMEM). Kernels without the call
+/// give true and leave the faults to the copy.
+bool ShmPrefault(void* at, std::size_t length, bool write, int& err);
+
 /// Closes a descriptor from ShmCreate or ShmOpen (releasing a creator's mark).
 void ShmClose(int fd);
 

@@ -242,6 +242,23 @@ void ShmUnmap(void* view, std::size_t length) {
     if (view != nullptr && length != 0) munmap(view, length);
 }
 
+bool ShmPrefault(void* at, std::size_t length, bool write, int& err) {
+    err = 0;
+    if (length == 0) return true;
+    static const std::uintptr_t page = ShmGranularity();
+    const auto first = reinterpret_cast<std::uintptr_t>(at) & ~(page - 1);
+    const auto end = reinterpret_cast<std::uintptr_t>(at) + length;
+    // A read population serves writes too: views of shared memory objects need no write
+    // notification, so the entries come in writable, and it is the cheaper of the two
+    // calls. (For a hole it allocates the page, which the copy would do anyway.)
+    (void)write;
+    if (madvise(reinterpret_cast<void*>(first), end - first, MADV_POPULATE_READ) == 0) return true;
+    // EINVAL: a kernel that predates the call; the copy then faults the pages in itself.
+    if (errno == EINVAL) return true;
+    err = errno;
+    return false;
+}
+
 void ShmClose(int fd) {
     if (fd >= 0) close(fd);
 }

@@ -153,6 +153,11 @@ int CShareMemoryBase::_DataExchange(UINT64 pos, void* buffer, DWORD length, int 
             BYTE* at = m_pView + (pos - m_nViewStart);
             const UINT64 room = m_nViewLength - (pos - m_nViewStart);
             const DWORD part = length <= room ? length : static_cast<DWORD>(room);
+            int err = 0;
+            if (!ShmPrefault(at, part, write != 0, err)) {
+                SetSystemError(kMapFailed, err);
+                return 0;
+            }
             if (write)
                 std::memcpy(at, bytes, part);
             else

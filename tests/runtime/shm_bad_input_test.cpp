@@ -165,6 +165,30 @@ TEST(ShmBadInput, ForeignAndTruncatedAreas) {
     EXPECT_EQ(ErrorOf(client), kInvalidParameter);
 }
 
+// Catches: a crash (SIGBUS) when another process cuts the object short under open views:
+// the transfer must fail with the window text and the system's reason instead.
+TEST(ShmBadInput, ObjectCutShortUnderAnOpenView) {
+    const std::string name = Name("cut");
+    CShareMemoryServer server;
+    ASSERT_EQ(server.CreateMap(name.c_str(), 1 << 20, 0), 1);
+    CShareMemoryClient client;
+    ASSERT_EQ(client.OpenMap(name.c_str(), 0), 1);
+    const int fd = shm_open(kxbase::detail::ShmObjectName(name).c_str(), O_RDWR, 0);
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(ftruncate(fd, 65536 + 4096), 0);
+    close(fd);
+    std::vector<BYTE> buf(8192, 0x11);
+    EXPECT_EQ(client.ReadData(500000, buf.data(), 8192), 0);
+    EXPECT_EQ(ErrorOf(client), "Could not lock buffer.\n\tBad address (0xE)");
+    EXPECT_EQ(server.WriteData(4000, buf.data(), 8192), 0);  // straddles the cut
+    EXPECT_EQ(ErrorOf(server), "Could not lock buffer.\n\tBad address (0xE)");
+    EXPECT_EQ(server.WriteData(0, buf.data(), 4096), 1);  // what is left still works
+    // A client that opens now sees a header that does not fit the object.
+    CShareMemoryClient late;
+    EXPECT_EQ(late.OpenMap(name.c_str(), 0), 0);
+    EXPECT_EQ(ErrorOf(late), kForeign);
+}
+
 // Catches: names that break the POSIX name rules (a second '/', too long, empty after the
 // slash) or that collide: escaping that is not one-to-one, a hash form that can meet an
 // escaped form, prefixes of long names that are cut to the same text.

@@ -87,6 +87,10 @@ public:
     /// (one window size from the new position, clamped to the area) and goes on, so one call
     /// may move the window several times. A failed window move ("Could not lock buffer.")
     /// leaves the object open without a window; the next transfer maps a new one.
+    /// The pages of each copied part are made present before the copy; when they cannot be
+    /// (another process cut the object short: EFAULT; the shared memory file system is
+    /// full: ENOMEM) the transfer fails with "Could not lock buffer.\n\t%s" instead of
+    /// faulting, after copying the parts before it.
     virtual int WriteData(UINT64 offset, void* buffer, DWORD length);
 
     /// Copies `length` bytes from data offset `offset` into `buffer`; as WriteData otherwise.
