@@ -19,8 +19,19 @@ static CkxBaseCommonApp theApp;
 namespace {
 // Runs the start-up at load and the exit at unload, around the globals above.
 struct AppLifetime {
-    AppLifetime() { theApp.InitInstance(); }
-    ~AppLifetime() { theApp.ExitInstance(); }
+    // Nothing may escape into the loader: a failed step leaves the rest of the library usable.
+    AppLifetime() {
+        try {
+            theApp.InitInstance();
+        } catch (...) {
+        }
+    }
+    ~AppLifetime() {
+        try {
+            theApp.ExitInstance();
+        } catch (...) {
+        }
+    }
     AppLifetime(const AppLifetime&) = delete;
     AppLifetime& operator=(const AppLifetime&) = delete;
 };

@@ -5,6 +5,12 @@
 #include <algorithm>
 #include <new>
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
 #include <kxbase/runtime/buffer_manager.h>
 
 #include "runtime/buffer_manager_p.h"
@@ -117,3 +123,26 @@ TEST(CBufferManager, OutOfMemoryIsSwallowed) {
         EXPECT_EQ(m.LockBuffer(1, 0), nullptr);
     }
 }
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// The real allocator refusing a length (address space capped in a child process): the
+// manager must report 0 and stay empty instead of passing the failure on. (Sanitizer runtimes
+// treat an exhausted address space as fatal, so this runs in plain builds only.)
+TEST(CBufferManager, LengthThatCannotBeAllocated) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        const rlimit cap{512u << 20, 512u << 20};
+        if (setrlimit(RLIMIT_AS, &cap) != 0) _exit(2);
+        CBufferManager m;
+        DWORD len = 1;
+        const bool ok = m.InitBuffer(&len, 0xFFFFFFFFu) == 0 && len == 0 &&
+                        m.GetBufferLength() == 0 && m.LockBuffer(0xFFFFFFFFu, 1) == nullptr;
+        _exit(ok ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+#endif
