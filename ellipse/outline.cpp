@@ -178,7 +178,10 @@ void CEllipse::MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POIN
         pts.SetSize(0);
         const double det = t.eM11 * t.eM22 - t.eM21 * t.eM12;
         if (!(std::fabs(det) >= 1e-10)) return;
+        // Traced on pixel centres, like the spans: pixel (x, y) stands for the point
+        // (x + 0.5, y + 0.5), so the conic is that of the map followed by a half-pixel shift.
         ATransform inv(t);
+        inv.Translation(-0.5, -0.5);
         inv.InverseMatrix();
         ELLPARAM p;
         RECT box;
@@ -250,7 +253,7 @@ void CEllipse::MidPointArc(const RECTD& rc, const ATransform& t, double a1, doub
             INT_PTR best = 0;
             double bd = HUGE_VAL;
             for (INT_PTR i = 0; i < n; ++i) {
-                const double dx = all[i].x - q.x, dy = all[i].y - q.y;
+                const double dx = all[i].x + 0.5 - q.x, dy = all[i].y + 0.5 - q.y;
                 const double d = dx * dx + dy * dy;
                 if (d < bd) bd = d, best = i;
             }

@@ -184,20 +184,6 @@ TEST(EllipseSpans, TransformPathAgreesWithTheAnglePath) {
     }
 }
 
-TEST(EllipseSpans, RecordFormIsInclusiveWithOneRunPerRow) {
-    const RECT rc{10, 20, 50, 45};
-    for (double a : {0.0, 0.7, kPi / 2}) {
-        RSRLINE line;
-        const int first = CEllipse::EllipseRasterLine(rc, a, line);
-        const Spans s = Ellipse(rc, a);
-        EXPECT_EQ(first, s.first);
-        ASSERT_EQ(line.counts.GetSize(), s.runs.GetSize());
-        for (int c : line.counts) EXPECT_EQ(c, 1);
-        EXPECT_EQ(line.rcBound.right, s.border.right - 1);
-        EXPECT_EQ(line.rcBound.bottom, s.border.bottom - 1);
-    }
-}
-
 TEST(EllipseSpans, TurnedRectanglesKeepTheLayout) {
     std::mt19937 rng(17);
     std::uniform_real_distribution<double> ang(-7.0, 7.0), k(-3.0, 3.0);

@@ -173,15 +173,20 @@ public:
     /// Outline of the circle inscribed in rc (diameter = the smaller of width and height,
     /// centred in rc). Empty for an empty rectangle.
     static void MidPointCircle(const CRect& rc, CArray<POINT>& pts);
-    /// Outline of the ellipse inscribed in rc turned by angle about its centre. Near 0 and
-    /// pi the axis-aligned midpoint outline; otherwise traced octant by octant.
+    /// Outline of the ellipse inscribed in rc turned by angle about its centre. Circles, and
+    /// angles near 0 and pi, give the axis-aligned midpoint outline (see the protected
+    /// MidPointEllipse(const CRect&, ...)); other angles are traced as the transformed form.
     static void MidPointEllipse(const RECT& rc, double angle, CArray<POINT>& pts);
     /// Outline of the ellipse inscribed in rc as t carries it into device space, traced
     /// octant by octant from its top pixel (the routines EllSep0..EllSep7), counter-clockwise
-    /// on the screen: top, left, bottom, right. Empty when the conic fails, the transform is
-    /// singular or the shape is too large. Every exception while tracing is caught: the
-    /// library's message 20 ("insufficient memory") is shown through ZelDialogMsg and the
-    /// outline is left empty.
+    /// on the screen: top, left, bottom, right. Pixels are chosen by their centres, as the
+    /// spans are, so the outline lies on the filled area's rim. Where a tip is sharper than
+    /// the grid and the tracers cannot continue, the rest is the point reflection of the
+    /// traced part through the centre; any step left longer than one pixel is bridged by a
+    /// segment, so the result is always a closed chain of 8-connected pixels without repeats.
+    /// Empty when the conic fails, the transform is singular or the shape is too large. Every
+    /// exception while tracing is caught: the library's message 20 ("insufficient memory") is
+    /// shown through ZelDialogMsg and the outline is left empty.
     static void MidPointEllipse(const RECT& rc, const ATransform& t, CArray<POINT>& pts);
     static void MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POINT>& pts);
     /// The part of that outline from the point at angle a1 to the point at angle a2 (angles
@@ -294,7 +299,11 @@ protected:
     static void MidPointEllipse(int a, int b, CArray<int>& profile);
     /// Quadrant profile of the circle of radius r (empty for r <= 0).
     static void MidPointCircle(int r, CArray<int>& profile);
-    /// Outline pixels of the ellipse inscribed in rc, axis-aligned, closed.
+    /// Outline pixels of the ellipse inscribed in rc, axis-aligned: one- and two-pixel sizes in
+    /// their fixed orders; larger ones as a closed 8-connected chain counter-clockwise on the
+    /// screen from the top, symmetric about the rectangle's centre lines (an even size has both
+    /// middle columns or rows), within rc (when left + right and top + bottom are not negative
+    /// and odd: the centre uses C division, as the spans do). Empty for an empty rc.
     static void MidPointEllipse(const CRect& rc, CArray<POINT>& pts);
 
     /// One octant of a conic outline by the midpoint method (see ellsep.cpp): from (x, y),
