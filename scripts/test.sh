@@ -4,6 +4,7 @@
 #   2. the concurrency tests (label "tsan") under ThreadSanitizer
 #   3. every libFuzzer target for a short fixed time (clang, ASan + UBSan)
 #   4. a release build of the tool and the benchmarks, so they keep compiling
+#   5. an install into a temporary prefix and a consumer built against it
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/deps.sh
@@ -32,4 +33,18 @@ echo "== release build of the tool and the benchmarks"
 cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DKXBASE_BUILD_TESTS=OFF -DKXBASE_BUILD_BENCH=ON >/dev/null
 cmake --build build/release -j "$jobs"
 build/release/tools/kxbase --version
+
+echo "== installed package: a consumer through CMake and through pkg-config"
+prefix=$(mktemp -d)
+trap 'rm -rf "$prefix"' EXIT
+cmake --install build/release --prefix "$prefix" >/dev/null
+cmake -S tests/package -B build/consumer -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build build/consumer
+libdir=$(dirname "$(find "$prefix" -name 'libkxBaseCommon.so' | head -n 1)")
+LD_LIBRARY_PATH="$libdir" build/consumer/consumer_shared
+build/consumer/consumer_static
+PKG_CONFIG_PATH="$libdir/pkgconfig" pkg-config --exists kxbase
+g++ -std=c++20 tests/package/consumer.cpp -o build/consumer/consumer_pc \
+    $(PKG_CONFIG_PATH="$libdir/pkgconfig" pkg-config --cflags --libs kxbase)
+LD_LIBRARY_PATH="$libdir" build/consumer/consumer_pc
 echo "all tests passed"

@@ -33,7 +33,12 @@ int main(int argc, char** argv) {
         CLI::App* sub = app.add_subcommand(c.name, c.help);
         runs[sub] = c.setup(*sub);
     }
-    CLI11_PARSE(app, argc, argv);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        // Help and version exit 0; every usage error exits 2 with CLI11's message.
+        return app.exit(e) == 0 ? 0 : 2;
+    }
     for (CLI::App* sub : app.get_subcommands()) {
         const auto it = runs.find(sub);
         if (it != runs.end() && it->second) return it->second();

@@ -7,3 +7,4 @@
 #include <kxbase/platform/carray.h>
 #include <kxbase/platform/ptrlist.h>
 #include <kxbase/platform/module.h>
+#include <kxbase/platform/memory_probe.h>

@@ -4,3 +4,4 @@
 #include <kxbase/platform.h>
 #include <kxbase/widgets/number_format.h>
 #include <kxbase/widgets/messages.h>
+#include <kxbase/widgets/int64_parse.h>
