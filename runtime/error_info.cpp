@@ -46,7 +46,9 @@ CErrorInfo::CErrorInfo() noexcept {
 
 CErrorInfo::~CErrorInfo() = default;
 
-CErrorInfo::CErrorInfo(const CErrorInfo& other) noexcept : m_record(other.Current()) {}
+CErrorInfo::CErrorInfo(const CErrorInfo& other) noexcept : m_record(other.Current()) {
+    m_nError.store(m_record ? m_record->flag : 0, std::memory_order_relaxed);
+}
 
 CErrorInfo& CErrorInfo::operator=(const CErrorInfo& other) noexcept {
     if (this != &other) {
@@ -62,6 +64,7 @@ std::shared_ptr<const CErrorInfo::Record> CErrorInfo::Current() const noexcept {
 }
 
 void CErrorInfo::Store(std::shared_ptr<const Record> rec) noexcept {
+    m_nError.store(rec ? rec->flag : 0, std::memory_order_relaxed);
     {
         std::lock_guard<std::mutex> guard(m_publish);
         m_record.swap(rec);
@@ -70,8 +73,7 @@ void CErrorInfo::Store(std::shared_ptr<const Record> rec) noexcept {
 }
 
 int CErrorInfo::IsError() const noexcept {
-    const auto rec = Current();
-    return rec ? rec->flag : 0;
+    return m_nError.load(std::memory_order_relaxed);
 }
 
 int CErrorInfo::GetLastError(CString& out) const noexcept {

@@ -11,14 +11,16 @@
 //   thread). Readers do not take that lock and never wait for a writer's work: each writer
 //   builds an immutable (flag, text) record first and then swaps it in under a tiny
 //   publication guard, which a reader holds only while it copies one reference-counted
-//   pointer. A reader racing writers therefore sees either the old or the new record, always
-//   a whole one, never a torn text or a flag from another write.
+//   pointer. GetLastError racing writers therefore returns either the old or the new record,
+//   always a whole one: never a torn text, never a flag from another write. IsError is a
+//   single atomic load.
 //
 // Copying
 //   Copies take the source's current record and get a lock of their own; the lock itself is
 //   never copied. Assignment replaces the target's record under the target's lock.
 #pragma once
 
+#include <atomic>
 #include <cstdarg>
 #include <memory>
 #include <mutex>
@@ -38,7 +40,9 @@ public:
     /// Replaces this object's flag and text by the source's current ones (under this lock).
     CErrorInfo& operator=(const CErrorInfo& other) noexcept;
 
-    /// The flag: nonzero when a failure is recorded. Takes no lock.
+    /// The flag: nonzero when a failure is recorded. Lock-free (one atomic load); racing a
+    /// writer it may already show the next write's flag while GetLastError still copies the
+    /// previous record.
     int IsError() const noexcept;
 
     /// If no failure is recorded, empties `out` and returns 0; otherwise copies the text into
@@ -87,6 +91,7 @@ private:
     std::shared_ptr<const Record> Current() const noexcept;
     void Store(std::shared_ptr<const Record> rec) noexcept;
 
+    std::atomic<int> m_nError{0};            // the flag, mirrored for IsError
     std::shared_ptr<const Record> m_record;  // null: clear; guarded by m_publish
     mutable std::mutex m_publish;            // held only to copy or swap m_record
     std::recursive_mutex m_lock;             // serialises the writers
