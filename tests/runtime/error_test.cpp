@@ -99,7 +99,8 @@ TEST(CErrorInfo, ReadersAndCopies) {
     b.ClearError();
     EXPECT_EQ(text_of(a), "second");
     EXPECT_EQ(b.IsError(), 0);
-    a = a;  // self-assignment must not deadlock or lose the text
+    CErrorInfo& same = a;
+    a = same;  // self-assignment must not deadlock or lose the text
     EXPECT_EQ(text_of(a), "second");
     EXPECT_EQ(CErrorInfo::TransSystemErrorCodeToString(0).str(), "");
 }
