@@ -15,7 +15,7 @@ public:
     /// create the numeric toolkit's lock, build the codec tables. There is no socket layer to
     /// start here, so nothing can fail; returns 1.
     int InitInstance();
-    /// Exit: deletes the numeric toolkit's lock and releases the codec tables. Returns 0 (the
+    /// Exit: deletes the numeric toolkit's lock, then runs the codecs' exit. Returns 0 (the
     /// process exit code it would give).
     int ExitInstance();
 
