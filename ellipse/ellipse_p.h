@@ -70,10 +70,11 @@ inline std::int32_t RoundHalfAway(double v) {
     return Trunc32(v);
 }
 
-/// True when a device extent of `rows` by `cols` pixels at these coordinates can be handled.
-inline bool ExtentOk(std::int64_t lo, std::int64_t hi) {
+/// True when the device interval [lo, hi] lies within the coordinate range and spans at
+/// most `limit` pixels.
+inline bool ExtentOk(std::int64_t lo, std::int64_t hi, std::int64_t limit = CEllipse::kMaxExtent) {
     return lo >= -std::int64_t{CEllipse::kMaxCoordinate} &&
-           hi <= std::int64_t{CEllipse::kMaxCoordinate} && hi - lo <= CEllipse::kMaxExtent;
+           hi <= std::int64_t{CEllipse::kMaxCoordinate} && hi - lo <= limit;
 }
 
 /// Empty result of a span operation: no spans, border all zero.

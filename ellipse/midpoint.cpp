@@ -129,7 +129,8 @@ void CEllipse::MidPointEllipse(const CRect& rc, CArray<POINT>& pts) {
     const std::int64_t l = rc.left, t = rc.top, r = rc.right, b = rc.bottom;
     const std::int64_t w = r - l, h = b - t;
     std::vector<POINT> out;
-    if (w < 1 || h < 1 || !ExtentOk(l, r) || !ExtentOk(t, b)) {
+    if (w < 1 || h < 1 || !ExtentOk(l, r, kMaxOutlineExtent) ||
+        !ExtentOk(t, b, kMaxOutlineExtent)) {
         Store(pts, out);
         return;
     }
@@ -163,19 +164,17 @@ void CEllipse::MidPointEllipse(const CRect& rc, CArray<POINT>& pts) {
         auto mx = [&](LONG X) { return evenW ? -1 - X : -X; };
         auto my = [&](LONG Y) { return evenH ? -1 - Y : -Y; };
         const std::int64_t cx = (l + r) / 2, cy = (t + b) / 2;  // C division, as the spans
-        std::vector<POINT> all;
-        all.reserve(q.size() * 4);
+        out.reserve(q.size() * 4);
+        auto put = [&](LONG x, LONG y) {
+            const POINT s = P(cx + x, cy + y);
+            if (out.empty() || !(out.back() == s)) out.push_back(s);
+        };
         // Counter-clockwise on the screen from the top: top-left, bottom-left, bottom-right,
         // top-right quarters.
-        for (std::size_t i = 0; i < q.size(); ++i) all.push_back(POINT{mx(q[i].x), my(q[i].y)});
-        for (std::size_t i = q.size(); i-- > 0;) all.push_back(POINT{mx(q[i].x), q[i].y});
-        for (std::size_t i = 0; i < q.size(); ++i) all.push_back(q[i]);
-        for (std::size_t i = q.size(); i-- > 0;) all.push_back(POINT{q[i].x, my(q[i].y)});
-        out.reserve(all.size());
-        for (const POINT& p : all) {
-            const POINT s = P(cx + p.x, cy + p.y);
-            if (out.empty() || !(out.back() == s)) out.push_back(s);
-        }
+        for (std::size_t i = 0; i < q.size(); ++i) put(mx(q[i].x), my(q[i].y));
+        for (std::size_t i = q.size(); i-- > 0;) put(mx(q[i].x), q[i].y);
+        for (std::size_t i = 0; i < q.size(); ++i) put(q[i].x, q[i].y);
+        for (std::size_t i = q.size(); i-- > 0;) put(q[i].x, my(q[i].y));
         while (out.size() > 1 && out.back() == out.front()) out.pop_back();
     }
     Store(pts, out);

@@ -19,7 +19,7 @@ namespace {
 bool LinePixels(POINT p, POINT q, std::vector<POINT>& out) {
     const std::int64_t dx = std::int64_t{q.x} - p.x, dy = std::int64_t{q.y} - p.y;
     const std::int64_t ax = dx < 0 ? -dx : dx, ay = dy < 0 ? -dy : dy;
-    if (std::max(ax, ay) > 2 * std::int64_t{CEllipse::kMaxExtent}) return false;
+    if (std::max(ax, ay) > 2 * std::int64_t{CEllipse::kMaxOutlineExtent}) return false;
     const std::int64_t sx = dx < 0 ? -1 : 1, sy = dy < 0 ? -1 : 1;
     std::int64_t x = p.x, y = p.y;
     out.push_back(p);
@@ -186,7 +186,9 @@ void CEllipse::MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POIN
         ELLPARAM p;
         RECT box;
         if (!GetEllipseParam(rc, inv, p) || !GetEllipseBorder(p, box)) return;
-        if (!ExtentOk(box.left, box.right) || !ExtentOk(box.top, box.bottom)) return;
+        if (!ExtentOk(box.left, box.right, kMaxOutlineExtent) ||
+            !ExtentOk(box.top, box.bottom, kMaxOutlineExtent))
+            return;
         POINT start;
         if (!GetTopPoint(p, start)) return;
         // Each octant stores at most about a quarter of the perimeter; the limit only stops a

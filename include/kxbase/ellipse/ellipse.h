@@ -24,10 +24,13 @@
 // Inputs outside the useful range (documented failure results, never undefined behaviour):
 //  - NaN or infinite angles, coefficients or transforms make the conic and bounds routines
 //    fail (0) or produce non-finite doubles; integer results then saturate (NaN gives 0).
-//  - Span and outline operations refuse shapes whose device extent exceeds kMaxExtent pixels
-//    in either direction, or whose edges lie beyond +-kMaxCoordinate: they produce no spans
-//    (or no points), an empty border and the rectangle's top as first row. This bounds the
-//    memory of one call to a few tens of megabytes and its time to milliseconds.
+//    The spans of a NaN or infinite angle are empty, except for a circle (w == h >= 3) and a
+//    single pixel, whose spans do not depend on the angle.
+//  - Span operations refuse shapes whose device extent exceeds kMaxExtent pixels in either
+//    direction, outline operations those beyond kMaxOutlineExtent, and both refuse edges
+//    beyond +-kMaxCoordinate: no spans (or no points), an empty border and the rectangle's
+//    top as first row. This bounds the runs of one call to 32 MiB, an outline to a few
+//    hundred MiB at worst, and the time of a call to well under a second.
 //  - A singular transform (determinant within 1e-10 of 0) has no ellipse in device space:
 //    spans and outlines are empty.
 //
@@ -47,9 +50,12 @@ class KXBASE_API CEllipse {
 public:
     /// Angle tolerance: the single-precision 0.005 widened to double.
     static constexpr double kAngleTolerance = 0.004999999888241291;
-    /// Largest device extent (width or height, in pixels) the span and outline operations
-    /// accept; larger shapes give an empty result.
+    /// Largest device extent (width or height, in pixels) the span operations accept; larger
+    /// shapes give an empty result. At most 32 MiB of runs per call.
     static constexpr int kMaxExtent = 1 << 22;
+    /// Largest device extent the outline operations accept (an outline holds about twice the
+    /// sum of width and height in points); larger shapes give an empty outline.
+    static constexpr int kMaxOutlineExtent = 1 << 20;
     /// Largest absolute device coordinate the span and outline operations accept.
     static constexpr int kMaxCoordinate = 1 << 30;
 
