@@ -55,41 +55,24 @@ inline std::vector<Range> Plan(std::uint64_t size, unsigned who, std::uint32_t l
     return mine;
 }
 
-/// Writes every range of `who` in transfers of `chunk` bytes; returns an error text or "".
-inline std::string WriteRanges(CShareMemoryBase& shm, const std::vector<Range>& ranges,
-                               unsigned who, std::uint32_t chunk) {
+/// Writes (`write`) or reads back and checks every byte of the ranges of `who`, in transfers
+/// of `chunk` bytes; returns an error text, or "" when all went well.
+inline std::string Exchange(CShareMemoryBase& shm, const std::vector<Range>& ranges, unsigned who,
+                            std::uint32_t chunk, bool write) {
     std::vector<std::uint8_t> buf;
     for (const Range& r : ranges)
         for (std::uint64_t done = 0; done < r.length; done += chunk) {
-            const auto n =
-                static_cast<std::uint32_t>(std::min<std::uint64_t>(chunk, r.length - done));
-            buf.resize(n);
-            Fill(buf, r.offset + done, who);
-            if (!shm.WriteData(r.offset + done, buf.data(), n)) {
+            const std::uint64_t at = r.offset + done;
+            buf.resize(static_cast<std::size_t>(std::min<std::uint64_t>(chunk, r.length - done)));
+            if (write) Fill(buf, at, who);
+            const auto n = static_cast<DWORD>(buf.size());
+            if (!(write ? shm.WriteData(at, buf.data(), n) : shm.ReadData(at, buf.data(), n))) {
                 CString e;
                 shm.GetLastErrorInfo(e);
-                return "write failed: " + e.str();
+                return (write ? "write failed: " : "read failed: ") + e.str();
             }
-        }
-    return {};
-}
-
-/// Reads every range of `who` back and checks every byte; returns an error text or "".
-inline std::string CheckRanges(CShareMemoryBase& shm, const std::vector<Range>& ranges,
-                               unsigned who, std::uint32_t chunk) {
-    std::vector<std::uint8_t> buf;
-    for (const Range& r : ranges)
-        for (std::uint64_t done = 0; done < r.length; done += chunk) {
-            const auto n =
-                static_cast<std::uint32_t>(std::min<std::uint64_t>(chunk, r.length - done));
-            buf.assign(n, 0);
-            if (!shm.ReadData(r.offset + done, buf.data(), n)) {
-                CString e;
-                shm.GetLastErrorInfo(e);
-                return "read failed: " + e.str();
-            }
-            const long long bad = FirstMismatch(buf, r.offset + done, who);
-            if (bad >= 0) return "mismatch at data offset " + std::to_string(r.offset + done + bad);
+            const long long bad = write ? -1 : FirstMismatch(buf, at, who);
+            if (bad >= 0) return "mismatch at data offset " + std::to_string(at + bad);
         }
     return {};
 }

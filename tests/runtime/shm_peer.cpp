@@ -31,14 +31,14 @@ int main(int argc, char** argv) {
                      static_cast<unsigned long long>(size));
         return 4;
     }
-    std::string err = shmtest::WriteRanges(client, shmtest::Plan(size, 2, 300000), 2, chunk);
+    std::string err = shmtest::Exchange(client, shmtest::Plan(size, 2, 300000), 2, chunk, true);
     if (!err.empty()) {
         std::fprintf(stderr, "peer: %s\n", err.c_str());
         return 5;
     }
     char c = 'w';
     if (write(out, &c, 1) != 1 || read(in, &c, 1) != 1 || c != 'w') return 6;
-    err = shmtest::CheckRanges(client, shmtest::Plan(size, 1, 300000), 1, chunk);
+    err = shmtest::Exchange(client, shmtest::Plan(size, 1, 300000), 1, chunk, false);
     if (!err.empty()) {
         std::fprintf(stderr, "peer: %s\n", err.c_str());
         return 7;

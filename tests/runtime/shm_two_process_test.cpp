@@ -55,13 +55,13 @@ PeerRun RunExchange(const std::string& name, std::uint64_t size, DWORD serverWin
     }
     close(toPeer[0]);
     close(fromPeer[1]);
-    result.error = shmtest::WriteRanges(server, shmtest::Plan(size, 1, 300000), 1, chunk);
+    result.error = shmtest::Exchange(server, shmtest::Plan(size, 1, 300000), 1, chunk, true);
     char c = 'w';
     if (result.error.empty()) {
         if (read(fromPeer[0], &c, 1) != 1 || c != 'w') result.error = "peer did not finish writing";
     }
     if (result.error.empty())
-        result.error = shmtest::CheckRanges(server, shmtest::Plan(size, 2, 300000), 2, chunk);
+        result.error = shmtest::Exchange(server, shmtest::Plan(size, 2, 300000), 2, chunk, false);
     c = 'w';
     if (write(toPeer[1], &c, 1) != 1 && result.error.empty()) result.error = "peer gone";
     close(toPeer[1]);
@@ -72,28 +72,25 @@ PeerRun RunExchange(const std::string& name, std::uint64_t size, DWORD serverWin
     return result;
 }
 
-std::string AreaName(const char* what) {
-    return "kxtest\\two-process/" + std::to_string(getpid()) + "/" + what;
-}
-
-// Catches: windows that move wrongly over a large area (offsets past 4 GB truncated to 32
-// bits, windows not re-based at granularity boundaries), a client that reads the header sizes
+// Catches: windows that move wrongly over a large area (offsets past 4 GB cut to 32 bits,
+// windows not re-based at granularity boundaries), a client that reads the header sizes
 // wrongly, and transfers split at window ends that lose or shift bytes, seen from two
-// processes whose windows differ.
-TEST(ShmTwoProcess, DisjointRangesOfASixGigabyteAreaThroughSmallWindows) {
-    const std::uint64_t size = 6ull << 30;
-    const PeerRun run = RunExchange(AreaName("6g"), size, 4u << 20, 1u << 20, 1u << 20);
-    EXPECT_EQ(run.error, "");
-    EXPECT_EQ(run.status, 0);
-}
-
-// Catches: straddling logic that only works when a transfer is smaller than a window: with
-// 64 KB windows and 96 KB transfers every transfer spans two or three windows.
-TEST(ShmTwoProcess, TransfersLargerThanTheWindows) {
-    const std::uint64_t size = (5ull << 30) + 12345;
-    const PeerRun run = RunExchange(AreaName("5g"), size, 65536, 65536 + 4096, 98304);
-    EXPECT_EQ(run.error, "");
-    EXPECT_EQ(run.status, 0);
+// processes whose windows differ. The second case moves transfers larger than the windows,
+// so every transfer spans two or three of them.
+TEST(ShmTwoProcess, DisjointRangesOfMultiGigabyteAreasThroughSmallWindows) {
+    const struct {
+        std::uint64_t size;
+        DWORD serverWindow, peerWindow;
+        std::uint32_t chunk;
+    } cases[] = {{6ull << 30, 4u << 20, 1u << 20, 1u << 20},
+                 {(5ull << 30) + 12345, 65536, 65536 + 4096, 98304}};
+    for (const auto& c : cases) {
+        const std::string name =
+            "kxtest\\two-process/" + std::to_string(getpid()) + "/" + std::to_string(c.size);
+        const PeerRun run = RunExchange(name, c.size, c.serverWindow, c.peerWindow, c.chunk);
+        EXPECT_EQ(run.error, "") << c.size;
+        EXPECT_EQ(run.status, 0) << c.size;
+    }
 }
 
 }  // namespace
