@@ -15,16 +15,17 @@
 // least 65,536, so H = 65,536 on every usual system.
 //
 // Names
-//   Any area name works, including names with '/' or '\\', empty names and names of any
-//   length; names are case-sensitive. A leading "Local\\" is dropped (it names the same area
-//   as the bare name). The area lives in the POSIX shared memory object
+//   Any area name works, including names with slashes or backslashes, empty names and names
+//   of any length; names are case-sensitive. A leading session prefix "Local" + backslash is
+//   dropped (on Windows it names the same area as the bare name); "Global" + backslash is
+//   kept, so such names stay distinct. The area lives in the POSIX shared memory object
 //   "/kxbase-" + name, where every byte other than [A-Za-z0-9._-] is written as "%XX"
 //   (upper-case hex). When that would exceed the system's name limit, the object is
 //   "/kxbase~" + the first 64 escaped bytes + "~" + the SHA-256 of the name in hex. Distinct
 //   area names therefore give distinct objects.
 //
 // Lifetime of the name
-//   The area is sparse: pages cost memory only once written. The server's DeleteMap (and
+//   The area is sparse: a page costs memory only once a transfer touches it. The server's DeleteMap (and
 //   destructor) removes the name, unless another server of the same name is still open:
 //   clients that are attached keep working on their mappings, but nobody can open the name
 //   any more. A server that dies without DeleteMap leaves its object behind; a client that
@@ -33,7 +34,8 @@
 //   the name did not exist. A server that creates a name whose object is already there (a
 //   stale one, or another live server's) takes it as it is, grows it to the new total size
 //   when it is smaller (never shrinks it), and overwrites its header; the data part keeps its
-//   old bytes. Creating fails with ENOSPC when the shared memory file system cannot hold the
+//   old bytes. A server counts as attached while its process, or a child it forked that
+//   still holds the descriptor, is alive. Creating fails with ENOSPC when the shared memory file system cannot hold the
 //   area (a write into a page that cannot be allocated would otherwise fault).
 //
 // Results and errors
