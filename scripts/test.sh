@@ -19,7 +19,7 @@ ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:ha
 
 echo "== concurrency tests (TSan)"
 cmake -S . -B build/tsan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DKXBASE_SANITIZE=thread -DKXBASE_BUILD_TOOLS=OFF >/dev/null
-cmake --build build/tsan -j "$jobs"
+cmake --build build/tsan -j "$jobs" --target kxbase_tsan_tests
 TSAN_OPTIONS=halt_on_error=1 ctest --test-dir build/tsan -j "$jobs" --output-on-failure -L tsan --no-tests=ignore
 
 echo "== fuzz targets (${fuzz_seconds}s each)"
