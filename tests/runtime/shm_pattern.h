@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <sys/statvfs.h>
 #include <unistd.h>
 #include <vector>
 
@@ -29,6 +30,14 @@ inline long long FirstMismatch(const std::vector<std::uint8_t>& buf, std::uint64
     for (std::size_t i = 0; i < buf.size(); ++i)
         if (buf[i] != PatternByte(offset + i, who)) return static_cast<long long>(i);
     return -1;
+}
+
+/// Room left on the shared memory file system: areas are refused when larger, so tests of
+/// multi-gigabyte areas shrink (or skip) on machines with a small /dev/shm.
+inline std::uint64_t FreeShmBytes() {
+    struct statvfs v {};
+    if (statvfs("/dev/shm", &v) != 0) return ~0ull;
+    return static_cast<std::uint64_t>(v.f_bavail) * v.f_frsize;
 }
 
 struct Range {
