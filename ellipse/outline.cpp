@@ -197,11 +197,13 @@ void CEllipse::MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POIN
             static_cast<int>(2 * (std::int64_t{box.right} - box.left + box.bottom - box.top) + 16);
         int x = start.x, y = start.y, count = 1;
         pts.SetAtGrow(0, start);
-        // From the top, counter-clockwise on the screen: octants 0..7; the last one ends
-        // when it passes the start pixel, which closes the outline.
-        for (int k = 0; k < 8; ++k) {
+        // Counter-clockwise on the screen (top, left, bottom, right): from the octant of the
+        // start pixel through the seven others and back into the first, whose trace ends
+        // when it passes the start pixel; that closes the outline.
+        const int first = EllPointSite(p, start);
+        for (int k = 0; k <= 8; ++k) {
             POINT stop = start;
-            m_EllSep[k](p, x, y, count, maxSteps, k == 7 ? &stop : nullptr, pts);
+            m_EllSep[(first + k) & 7](p, x, y, count, maxSteps, k == 8 ? &stop : nullptr, pts);
         }
         pts.SetSize(count);
         std::vector<POINT> traced(pts.begin(), pts.end());
@@ -222,7 +224,19 @@ void CEllipse::MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POIN
             }
             chain.push_back(a);
         }
-        while (chain.size() > 1 && chain.back() == chain.front()) chain.pop_back();
+        // The last octant may overshoot the start by a pixel or two: drop the overlap.
+        auto repeatsStart = [&chain](const POINT& q) {
+            for (std::size_t i = 0; i < 4 && i + 1 < chain.size(); ++i)
+                if (chain[i] == q) return true;
+            return false;
+        };
+        for (std::size_t j = chain.size(); j-- > 4 && j + 4 >= chain.size();) {
+            if (repeatsStart(chain[j])) {
+                chain.resize(j);
+                break;
+            }
+        }
+        while (chain.size() > 1 && repeatsStart(chain.back())) chain.pop_back();
         if (chain.size() > 1) {
             seg.clear();
             LinePixels(chain.back(), chain.front(), seg);

@@ -91,6 +91,10 @@ TEST(EllipseOutline, TransformedOutlineIsClosedAndFollowsTheCurve) {
         const double root = std::sqrt(std::max(0.0, tr * tr - 4 * det * det));
         const double minor = std::sqrt((tr - root) / 2), major = std::sqrt((tr + root) / 2);
         const bool sharp = minor * minor / major < 1.0;
+        // (Both sides of a sharp tip may share pixels; elsewhere each pixel appears once.)
+        if (!sharp) {
+            EXPECT_EQ(AsSet(pts).size(), size_t(pts.GetSize())) << "pixel twice, case " << i;
+        }
         for (const POINT& q : pts) {
             if (sharp) break;
             const double gx = 2 * p.a * q.x + p.b * q.y + p.d, gy = 2 * p.c * q.y + p.b * q.x + p.e;
