@@ -20,6 +20,8 @@
 // The library keeps one instance, g_AppPath, filled at start-up:
 //  - When the environment variable KXBASE_PRODUCT_DIR names a folder, that folder is the
 //    product folder: start-up creates it (one level, its parent must exist) and the tree in it.
+//    A relative name is taken relative to the current folder at load. The variable is ignored
+//    in set-user-id processes.
 //  - Otherwise the product folder is the library file's folder, and start-up creates the tree
 //    there, except when that folder is a system folder (see IsSystemFolder: a library
 //    installed in /usr/lib must not fill it with product folders) or is not writable by the
