@@ -3,10 +3,12 @@
 //
 // Every dictionary string is a stretch of the output already written: an entry is the
 // previous string followed by the first byte of the string after it, and those bytes lie
-// next to each other in dst. So an entry is kept as (offset in dst, length) and copied from
-// dst itself; the decoder needs no string store and no heap memory.
+// next to each other in dst. So an entry is kept as (start in dst, length) and copied from
+// dst itself; the decoder needs no string store and no heap memory (its tables, 44 KiB, live
+// on the stack).
 #include <kxbase/compress/compress.h>
 
+#include <array>
 #include <cstring>
 
 #include "compress/lzw_p.h"
@@ -51,7 +53,14 @@ public:
         }
         pos_ += width_;
         code = v;
-        if (++n_ == step_) {
+        if (++n_ == step_ || v - kLzwClear < 2) Special(v);
+        return true;
+    }
+
+private:
+    // A width step, a clear code or an end code was just read.
+    void Special(unsigned v) {
+        if (n_ == step_) {
             ++width_;
             step_ = LzwNextWidthStep(step_);
         } else if (v == kLzwClear && width_ == 12) {
@@ -62,10 +71,8 @@ public:
             fastLimit_ = 0;  // nothing is read after an end code
             len_ = 0;
         }
-        return true;
     }
 
-private:
     // A code near the end of the stream, read byte by byte.
     bool ReadTail(unsigned& v) const {
         const UINT64 byte = pos_ >> 3;
@@ -85,33 +92,34 @@ private:
     ULONG step_ = kLzwFirstWidthStep;
 };
 
-struct LzwEntry {
-    ULONG offset;  // where the entry's string lies in dst
-    ULONG length;
-};
+// Literal strings: byte k holds k, with 16 more bytes so that a 16-byte block can be read
+// from any of them.
+constexpr auto kLiterals = [] {
+    std::array<BYTE, 272> a{};
+    for (unsigned k = 0; k < 256; ++k) a[k] = static_cast<BYTE>(k);
+    return a;
+}();
 
-// Copies a string of n >= 2 bytes that lies before `to` in the same buffer (the source ends at
-// or before `to`, so the ranges never overlap). Strings shorter than 8 bytes are moved as one
-// 8-byte word: that writes up to 6 bytes past the string, which the decoder's rule of 6 spare
-// bytes behind every string leaves free; longer ones are copied exactly, the last word
-// overlapping the one before.
-inline void CopyString(BYTE* to, const BYTE* from, ULONG n) {
-    std::uint64_t w;
-    if (n < 8) {
-        std::memcpy(&w, from, 8);
-        std::memcpy(to, &w, 8);
-        return;
-    }
+// Copies n bytes in 16-byte blocks, writing up to 15 bytes past to + n and reading up to 15
+// past from + n. The source lies before `to` in the same buffer (or in kLiterals): the bytes
+// it needs are never written by the copy, and the bytes read past its end are scratch.
+inline void CopyBlocks(BYTE* to, const BYTE* from, ULONG n) {
     ULONG k = 0;
-    for (; k + 8 < n; k += 8) {
-        std::memcpy(&w, from + k, 8);
-        std::memcpy(to + k, &w, 8);
-    }
-    std::memcpy(&w, from + n - 8, 8);
-    std::memcpy(to + n - 8, &w, 8);
+    do {
+        BYTE block[16];
+        std::memcpy(block, from + k, 16);
+        std::memcpy(to + k, block, 16);
+        k += 16;
+    } while (k < n);
 }
 
 // Decodes the codes of `in` into dst with the rules of UnPack_LZW.
+//
+// Every defined code (literal or entry) has its string's start and length in two tables; an
+// entry's string is part of dst. While at least 16 bytes stay free behind a string, it is
+// moved in 16-byte blocks (the bytes written past it are overwritten by the strings after it,
+// or stay as scratch behind dstLen). Near the end of dst every code takes the exact path,
+// which applies the capacity rule of 6 spare bytes and writes byte by byte.
 template <class Source>
 int LzwUnpack(Source& in, BYTE* dst, ULONG dstCap, ULONG& dstLen) {
     unsigned c;
@@ -122,71 +130,76 @@ int LzwUnpack(Source& in, BYTE* dst, ULONG dstCap, ULONG& dstLen) {
     // The first byte is due; with no room at all it fails before writing (dstLen untouched).
     if (dstCap == 0) return 0;
     dst[0] = static_cast<BYTE>(c);
+
+    constexpr unsigned kCodeLimit = kLzwFirstEntry + kLzwDecoderMaxEntries;
+    const BYTE* str[kCodeLimit];
+    WORD strLen[kCodeLimit];  // at most 4097: a string grows by one byte per code
+    for (unsigned k = 0; k < 256; ++k) {
+        str[k] = kLiterals.data() + k;
+        strLen[k] = 1;
+    }
+    unsigned limit = kLzwFirstEntry;  // codes below it are defined (but 256 and 257)
+    const BYTE* prev = dst;           // the previous string, just before dst + len
+    ULONG prevLen = 1;
     ULONG len = 1;
-    ULONG prevOff = 0, prevLen = 1;
-    unsigned entries = 0;
-    LzwEntry table[kLzwDecoderMaxEntries];
-    // Every string needs len + its length + 6 <= dstCap (the decoder keeps 6 bytes spare), and
-    // every code after the first makes an entry, at most 4095 of them.
     const UINT64 cap = dstCap;
     int result = 1;
     while (in.Next(c)) {
-        if (c < 256) {
-            if (UINT64{len} + 1 + 6 > cap || entries >= kLzwDecoderMaxEntries) {
-                result = 0;
-                break;
+        const bool defined = c < limit && c - kLzwClear >= 2;
+        const ULONG n = defined ? strLen[c] : prevLen + 1;
+        if ((defined || c >= kLzwFirstEntry) && UINT64{len} + n + 16 <= cap && limit < kCodeLimit) {
+            // A defined string, or a code not yet defined: the previous string followed by its
+            // own first byte.
+            BYTE* to = dst + len;
+            str[limit] = prev;
+            strLen[limit] = static_cast<WORD>(prevLen + 1);
+            ++limit;
+            if (defined) {
+                CopyBlocks(to, str[c], n);
+            } else {
+                CopyBlocks(to, prev, prevLen);
+                to[prevLen] = *prev;
             }
-            table[entries++] = LzwEntry{prevOff, prevLen + 1};
-            dst[len] = static_cast<BYTE>(c);
-            prevOff = len;
-            prevLen = 1;
-            ++len;
-            continue;
-        }
-        const unsigned index = c - kLzwFirstEntry;  // wraps for 256 and 257
-        if (index < entries) {
-            const LzwEntry e = table[index];
-            if (UINT64{len} + e.length + 6 > cap || entries >= kLzwDecoderMaxEntries) {
-                result = 0;
-                break;
-            }
-            table[entries++] = LzwEntry{prevOff, prevLen + 1};
-            CopyString(dst + len, dst + e.offset, e.length);
-            prevOff = len;
-            prevLen = e.length;
-            len += e.length;
-            continue;
-        }
-        if (c >= kLzwFirstEntry) {
-            // Any code not yet defined: the previous string followed by its own first byte.
-            const ULONG curLen = prevLen + 1;
-            if (UINT64{len} + curLen + 6 > cap || entries >= kLzwDecoderMaxEntries) {
-                result = 0;
-                break;
-            }
-            table[entries++] = LzwEntry{prevOff, curLen};
-            CopyString(dst + len, dst + prevOff, curLen);  // the byte after prev is overwritten
-            dst[len + prevLen] = dst[prevOff];
-            prevOff = len;
-            prevLen = curLen;
-            len += curLen;
+            prev = to;
+            prevLen = n;
+            len += n;
             continue;
         }
         if (c == kLzwEnd) break;
-        // A clear code: skip repeated ones; an end code or the end of the codes finishes.
-        bool more;
-        while ((more = in.Next(c)) && c == kLzwClear) {
+        if (c == kLzwClear) {
+            // Skip repeated clear codes; an end code or the end of the codes finishes.
+            bool more;
+            while ((more = in.Next(c)) && c == kLzwClear) {
+            }
+            if (!more || c == kLzwEnd) break;
+            if (c > kLzwEnd || UINT64{len} + 6 > cap) {
+                result = 0;
+                break;
+            }
+            dst[len] = static_cast<BYTE>(c);
+            prev = dst + len;
+            prevLen = 1;
+            ++len;
+            limit = kLzwFirstEntry;
+            continue;
         }
-        if (!more || c == kLzwEnd) break;
-        if (c > kLzwEnd || UINT64{len} + 6 > cap) {
+        // Exact path: the decoder keeps 6 bytes spare behind every string and makes at most
+        // 4095 entries.
+        if (UINT64{len} + n + 6 > cap || limit >= kCodeLimit) {
             result = 0;
             break;
         }
-        dst[len] = static_cast<BYTE>(c);
-        prevOff = len;
-        prevLen = 1;
-        ++len;
-        entries = 0;
+        BYTE* to = dst + len;
+        const BYTE* from = defined ? str[c] : prev;
+        str[limit] = prev;
+        strLen[limit] = static_cast<WORD>(prevLen + 1);
+        ++limit;
+        const ULONG copied = defined ? n : prevLen;
+        for (ULONG k = 0; k < copied; ++k) to[k] = from[k];
+        if (!defined) to[prevLen] = *prev;
+        prev = to;
+        prevLen = n;
+        len += n;
     }
     dstLen = len;
     return result;

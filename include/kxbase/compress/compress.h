@@ -25,7 +25,7 @@ public:
     //
     // Lengths are 32-bit (ULONG). Every LZW function returns 1 on success and 0 on failure and
     // leaves no state behind; all are re-entrant and thread-safe. Their work tables (at most
-    // 32 KiB) live on the stack of the call: none of them allocates on the heap. No function
+    // 44 KiB) live on the stack of the call: none of them allocates on the heap. No function
     // reads or writes outside [ptr, ptr + stated length), whatever the input bytes.
 
     /// Worst-case number of 16-bit codes Pack_LZW makes from srcLen bytes (clear code, one code
@@ -98,9 +98,8 @@ public:
     /// dstCap before it is written (so it leaves 5 spare), and the very first byte needs only
     /// dstCap >= 1. LzwDecompressCapacity(n) is therefore always enough for n bytes.
     /// On failure dstLen holds the count reached (untouched when nothing was written). Writes
-    /// only inside dst[0, dstCap): the restored bytes, plus scratch in the spare bytes behind
-    /// them (a string shorter than 8 bytes is moved as one 8-byte word), so the bytes after
-    /// dstLen are unspecified.
+    /// only inside dst[0, dstCap): away from the end of dst, strings are moved in 16-byte
+    /// blocks, so the bytes after dstLen are unspecified (scratch).
     static int UnPack_LZW(const WORD* codes, ULONG codeCount, BYTE* dst, ULONG dstCap,
                           ULONG& dstLen);
 
