@@ -113,6 +113,10 @@ TEST_F(TempDir, CreatePathMakesTheTreeButNotTheProductFolder) {
     CAppPath underFile;
     underFile.InitFromFolder(file.c_str());
     EXPECT_EQ(underFile.CreatePath(), 1);
+    CAppPath readOnly;  // refuses new folders even to the superuser
+    readOnly.InitFromFolder("/proc/self/");
+    EXPECT_EQ(readOnly.CreatePath(), 1);
+    EXPECT_FALSE(fs::exists("/proc/self/FMT"));
 }
 
 TEST(CAppPath, SystemFolders) {
