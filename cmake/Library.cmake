@@ -12,6 +12,13 @@ target_include_directories(kxbase_objects
            $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
     PRIVATE ${PROJECT_SOURCE_DIR})
 target_compile_definitions(kxbase_objects PRIVATE KXBASE_BUILDING)
+# GCC marks some inline template statics STB_GNU_UNIQUE, which makes glibc refuse to unload
+# the library on dlclose; without them a host can unload it and the exit steps run then.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fno-gnu-unique KXBASE_HAVE_NO_GNU_UNIQUE)
+if(KXBASE_HAVE_NO_GNU_UNIQUE)
+    target_compile_options(kxbase_objects PRIVATE -fno-gnu-unique)
+endif()
 target_link_libraries(kxbase_objects PRIVATE kxbase_warnings)
 
 find_package(Threads REQUIRED)
