@@ -92,7 +92,8 @@ public:
     /// Any output may be null and is then not written. The border is (left, top) = the
     /// half-away rounding of (xLeft, yTop), right = left + trunc(xRight - xLeft + 1.5),
     /// bottom = top + trunc(yBottom - yTop + 1.5). Fails (0, nothing written) when a or c is
-    /// below 1e-6 in size, a tangent equation degenerates, or the conic has no real points.
+    /// below 1e-6 in size, a tangent equation degenerates, the conic has no real points, or
+    /// its extremes are not finite (NaN or infinite coefficients).
     static int GetEllBoundary(const ELLPARAM& param, POINTD* pts, RECT* border, POINTD* center);
     /// The same with integer points: each point rounded half away from zero, the centre
     /// only truncated with the 1e-10 epsilon (deliberately: (10.5, 7.5) gives (10, 7)).
