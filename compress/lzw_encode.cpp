@@ -122,16 +122,11 @@ public:
     BitWriter(BYTE* dst, ULONG dstCap) : dst_(dst), cap_(dstCap) {}
 
     void Put(unsigned code) {
-        if (n_ == step_) {
-            ++width_;
-            step_ = LzwNextWidthStep(step_);
-        }
-        acc_ = (acc_ << width_) | (code & ((1u << width_) - 1));
-        bits_ += width_;
-        if (code == kLzwClear && width_ == 12) {
-            width_ = 9;
-            n_ = 0;
-            step_ = kLzwFirstWidthStep;
+        if (n_ == step_ || code == kLzwClear) {
+            PutSpecial(code);
+        } else {
+            acc_ = (acc_ << width_) | (code & ((1u << width_) - 1));
+            bits_ += width_;
         }
         ++n_;
         if (bits_ >= 32) Flush32();
@@ -151,6 +146,22 @@ public:
     bool Overflow() const { return overflow_; }
 
 private:
+    // A code at a width step, or a clear code (which restarts the widths when written at 12
+    // bits).
+    void PutSpecial(unsigned code) {
+        if (n_ == step_) {
+            ++width_;
+            step_ = LzwNextWidthStep(step_);
+        }
+        acc_ = (acc_ << width_) | (code & ((1u << width_) - 1));
+        bits_ += width_;
+        if (code == kLzwClear && width_ == 12) {
+            width_ = 9;
+            n_ = 0;
+            step_ = kLzwFirstWidthStep;
+        }
+    }
+
     void Flush32() {
         bits_ -= 32;
         const auto word = static_cast<std::uint32_t>(acc_ >> bits_);
