@@ -199,6 +199,39 @@ TEST(EllipseSpans, TurnedRectanglesKeepTheLayout) {
     }
 }
 
+struct PlgProbe : CEllipse {
+    using CEllipse::PlgRasterLine;
+};
+
+TEST(EllipseSpans, RectanglesAndParallelogramsOnThePixelGrid) {
+    // The identity map and a square given by its corners must give exactly their own pixels:
+    // catches an off-by-one in the pixel-centre rule or in the vertex rows.
+    const RECT rc{-7, 3, 13, 9};
+    Spans s;
+    s.first = CEllipse::RectRasterLine(rc, ATransform(), s.runs, &s.border);
+    EXPECT_EQ(s.first, 3);
+    EXPECT_EQ(s.border, rc);
+    for (const POINT& r : s.runs) EXPECT_EQ(r, (POINT{-7, 12}));
+    RECT box;
+    CEllipse::GetRectBorder(rc, ATransform(), box);
+    EXPECT_EQ(box, rc);
+    CEllipse::GetRectBorder(rc, ATransform(2, 0, 0, 2, 0, 0), box);
+    EXPECT_EQ(box, (RECT{-14, 6, 26, 18}));
+
+    const POINT square[4] = {{-5, -5}, {-5, 5}, {5, 5}, {5, -5}};
+    CArray<POINT> runs;
+    EXPECT_EQ(PlgProbe::PlgRasterLine(square, POINT{100, 200}, -1000, -1000, 1000, 1000, runs),
+              195);
+    ASSERT_EQ(runs.GetSize(), 10);
+    for (const POINT& r : runs) EXPECT_EQ(r, (POINT{95, 104}));
+    // Clipped to a box: rows limited, runs clamped into it.
+    EXPECT_EQ(PlgProbe::PlgRasterLine(square, POINT{100, 200}, 98, 197, 101, 199, runs), 197);
+    ASSERT_EQ(runs.GetSize(), 2);
+    for (const POINT& r : runs) EXPECT_EQ(r, (POINT{98, 100}));
+    EXPECT_EQ(PlgProbe::PlgRasterLine(square, POINT{100, 200}, 0, 0, 10, 10, runs), 0);
+    EXPECT_EQ(runs.GetSize(), 0);
+}
+
 // Inputs without a usable shape: each gives the documented empty result quickly, never a
 // crash, a hang or a huge allocation.
 TEST(EllipseSpans, UndefinedInputsGiveTheEmptyResult) {
