@@ -90,9 +90,13 @@ private:
 std::string LastError(CShareMemoryBase& shm) {
     CString text;
     shm.GetLastErrorInfo(text);
-    std::string s = text.str();
-    // The system message follows "\n\t"; keep it on the same line.
-    for (std::size_t at; (at = s.find("\n\t")) != std::string::npos;) s.replace(at, 2, " ");
+    // The system message follows a line break and a tab; keep it on the same line.
+    std::string s;
+    for (const char c : text.str())
+        if (c == '\n')
+            s += ' ';
+        else if (c != '\t')
+            s += c;
     return s;
 }
 
