@@ -11,7 +11,9 @@
 #include <cstring>
 #include <new>
 
-#if defined(__x86_64__)
+#include "compress/byteswap_p.h"
+
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
 #include <immintrin.h>
 #endif
 
@@ -50,7 +52,7 @@ inline void PutGroup(BYTE* out, std::uint32_t v) {
     out[2] = static_cast<BYTE>(v);
 }
 
-#if defined(__x86_64__)
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
 // SSSE3 paths, chosen at run time: 12 bytes to 16 characters and back per step. The encoder
 // spreads each 3-byte group over a 32-bit lane, cuts out the four 6-bit values with two
 // multiplications and maps them to the alphabet through a 16-entry offset table; the decoder
@@ -130,7 +132,7 @@ char* ACompress::Base64_Encode(const char* text) {
     char* out = result;
     const std::size_t whole = n / 3;
     std::size_t g = 0;
-#if defined(__x86_64__)
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
     if (HaveSsse3()) {
         g = EncodeSsse3(in, n, out) / 3;
         in += 3 * g;
@@ -142,7 +144,7 @@ char* ACompress::Base64_Encode(const char* text) {
     for (; g + 2 < whole; g += 2, in += 6, out += 8) {
         std::uint64_t w;
         std::memcpy(&w, in, 8);
-        w = __builtin_bswap64(w);
+        w = ByteSwap64(w);
         const auto v1 = static_cast<std::uint32_t>(w >> 40);
         const auto v2 = static_cast<std::uint32_t>(w >> 16) & 0xFFFFFFu;
         const std::uint64_t chars =
@@ -177,7 +179,7 @@ char* ACompress::Base64_Decode(const char* text) {
     auto* out = reinterpret_cast<BYTE*>(result);
     BYTE* const end = out + size;
     std::size_t i = 0;
-#if defined(__x86_64__)
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
     if (HaveSsse3()) {
         i = DecodeSsse3(in, n, out, end);
         out += i / 4 * 3;
@@ -191,8 +193,7 @@ char* ACompress::Base64_Decode(const char* text) {
         const std::uint32_t v2 = kDecode[0][in[i + 4]] | kDecode[1][in[i + 5]] |
                                  kDecode[2][in[i + 6]] | kDecode[3][in[i + 7]];
         if ((v1 | v2) & kForeign) break;
-        const std::uint64_t w =
-            __builtin_bswap64(std::uint64_t{v1} << 40 | std::uint64_t{v2} << 16);
+        const std::uint64_t w = ByteSwap64(std::uint64_t{v1} << 40 | std::uint64_t{v2} << 16);
         std::memcpy(out, &w, 8);
     }
     // Whole groups of four alphabet characters.

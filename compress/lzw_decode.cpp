@@ -11,6 +11,7 @@
 #include <array>
 #include <cstring>
 
+#include "compress/byteswap_p.h"
 #include "compress/lzw_p.h"
 
 namespace kxbase::detail {
@@ -46,7 +47,7 @@ public:
             // At least 8 bytes from the code's first byte on: one big-endian word holds it.
             std::uint64_t word;
             std::memcpy(&word, src_ + (pos_ >> 3), 8);
-            word = __builtin_bswap64(word);
+            word = ByteSwap64(word);
             v = static_cast<unsigned>((word << (pos_ & 7)) >> (64 - width_));
         } else if (!ReadTail(v)) {
             return false;
