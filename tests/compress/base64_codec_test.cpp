@@ -82,30 +82,23 @@ TEST(Base64Codec, ForeignCharacterEndsTranslationAnywhere) {
 }
 
 // Fault: the vector path's nibble classifier takes a foreign byte for an alphabet character
-// (or the reverse) for some byte value; every value is tried inside a 32-character block.
+// (or the reverse) for some byte value; every value is tried inside a 32-character block. An
+// alphabet character must decode and encode back; a foreign one must decode like "A" from
+// its place to the end.
 TEST(Base64Codec, EveryByteValueIsClassifiedLikeTheAlphabet) {
     const std::string base = "QUJDREVGR0hJSktMTU5PUFFSU1RVVldY";  // 32 characters
     for (int b = 1; b < 256; ++b) {
         for (std::size_t at : {std::size_t{3}, std::size_t{20}}) {
-            std::string text = base, expected = base;
+            std::string text = base;
             text[at] = static_cast<char>(b);
-            const char* pos = std::strchr(kAlphabet, b);
-            if (pos) {
-                expected[at] = static_cast<char>(b);
+            const auto got = Decode(text);
+            if (std::strchr(kAlphabet, b)) {
+                ASSERT_EQ(text, ReferenceEncode(std::string(got.begin(), got.begin() + 24))) << b;
             } else {
-                for (std::size_t i = at; i < expected.size(); ++i) expected[i] = 'A';
+                std::string zeroed = base;
+                for (std::size_t i = at; i < zeroed.size(); ++i) zeroed[i] = 'A';
+                ASSERT_EQ(Decode(zeroed), got) << "byte " << b << " at " << at;
             }
-            // The expected bytes come from a text that is all alphabet (A = 0).
-            std::vector<unsigned char> want(3 * expected.size() / 4 + 1, 0);
-            for (std::size_t i = 0; i < expected.size(); ++i) {
-                const auto v =
-                    static_cast<unsigned>(std::strchr(kAlphabet, expected[i]) - kAlphabet);
-                for (int k = 0; k < 6; ++k)
-                    if ((v >> (5 - k)) & 1)
-                        want[(6 * i + k) / 8] |=
-                            static_cast<unsigned char>(0x80 >> ((6 * i + k) % 8));
-            }
-            ASSERT_EQ(want, Decode(text)) << "byte " << b << " at " << at;
         }
     }
 }

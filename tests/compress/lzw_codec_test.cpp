@@ -116,7 +116,8 @@ TEST(LzwCodec, FastEncoderMatchesTheSiblingChainWalkAndBitPacking) {
 
 // Faults: a decoder that loses bytes at clear codes or not-yet-defined entries; a capacity
 // rule off by one (the stream must be strictly shorter than dstCap; the decoder keeps 6 spare
-// bytes); a worst-case bound that is too small for adversarial input.
+// bytes; Pack_LZW needs one code slot more than it uses); a worst-case bound that is too
+// small for adversarial input.
 TEST(LzwCodec, RoundTripAtExactCapacitiesAndWithinTheBounds) {
     for (const auto& s : lzwtest::Samples()) {
         SCOPED_TRACE(s.name);
@@ -141,22 +142,45 @@ TEST(LzwCodec, RoundTripAtExactCapacitiesAndWithinTheBounds) {
         Decompress(stream, need - 1, r, len);
         EXPECT_EQ(0, r);
         EXPECT_LT(len, n);
+
+        // Pack_LZW needs one slot more than the codes it makes, never more than the bound.
+        std::vector<WORD> codes(ACompress::LzwCodeBound(n) + 1);
+        ULONG count = 0;
+        ASSERT_EQ(1, ACompress::Pack_LZW(s.data.data(), n, codes.data(),
+                                         static_cast<ULONG>(codes.size()), count));
+        EXPECT_EQ(1, ACompress::Pack_LZW(s.data.data(), n, codes.data(), count + 1, count));
+        EXPECT_EQ(0, ACompress::Pack_LZW(s.data.data(), n, codes.data(), count, count));
     }
 }
 
-// Fault: the code count passes LzwCodeBound, so a caller sizing Pack_LZW by it fails.
-TEST(LzwCodec, PackCodeCountStaysWithinItsBound) {
-    for (const auto& s : lzwtest::Samples()) {
-        SCOPED_TRACE(s.name);
-        const auto n = static_cast<ULONG>(s.data.size());
-        const auto cap = static_cast<ULONG>(ACompress::LzwCodeBound(n) + 1);
-        std::vector<WORD> codes(cap);
-        ULONG count = 0;
-        EXPECT_EQ(1, ACompress::Pack_LZW(s.data.data(), n, codes.data(), cap, count));
-        // Least room: one slot more than the codes made.
-        std::vector<WORD> tight(count + 1), shorter(count);
-        EXPECT_EQ(1, ACompress::Pack_LZW(s.data.data(), n, tight.data(), count + 1, count));
-        EXPECT_EQ(0, ACompress::Pack_LZW(s.data.data(), n, shorter.data(), count, count));
+// Faults: the decoder's room rules drift near the end of dst, where every code leaves the
+// block-copy path: the first byte needs no spare room, strings need 6 spare bytes, and the
+// literal after a clear code is tested for 6 spare bytes before it is written.
+TEST(LzwCodec, UnPackRoomRulesAtTheEndOfDst) {
+    const struct {
+        std::vector<WORD> codes;
+        ULONG cap;
+        int result;
+        ULONG len;
+    } cases[] = {
+        {{256, 65, 257}, 1, 1, 1},
+        {{256, 65, 66, 257}, 8, 1, 2},
+        {{256, 65, 66, 257}, 7, 0, 1},
+        {{256, 65, 256, 66, 257}, 7, 1, 2},
+        {{256, 65, 256, 66, 257}, 6, 0, 1},
+        {{256, 65, 258, 257}, 9, 1, 3},  // "A" then "AA", an entry not yet defined
+        {{256, 65, 258, 257}, 8, 0, 1},
+        {{256, 65, 66, 258, 257}, 10, 1, 4},  // "AB" defined, copied near the end
+        {{256, 65, 66, 258, 257}, 9, 0, 2},
+    };
+    for (const auto& c : cases) {
+        Bytes dst(c.cap);
+        ULONG len = 0;
+        EXPECT_EQ(c.result,
+                  ACompress::UnPack_LZW(c.codes.data(), static_cast<ULONG>(c.codes.size()),
+                                        dst.data(), c.cap, len))
+            << c.cap;
+        EXPECT_EQ(c.len, len) << c.cap;
     }
 }
 
