@@ -1,6 +1,8 @@
-// Integer conversions of out-of-range doubles: saturation instead of undefined behaviour.
+// Integer conversions of out-of-range doubles, directly and through mapped points: saturation
+// instead of undefined behaviour.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -12,30 +14,29 @@ constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr int kMax = std::numeric_limits<int>::max();
 constexpr int kMin = std::numeric_limits<int>::min();
 
-// Fault: a conversion outside the int32 range (or of NaN) is left to the hardware.
+// Fault: a conversion outside the int32 range (or of NaN) is left to the hardware, directly or
+// in a mapped point.
 TEST(Rounding, OutOfRangeSaturates) {
-    struct Case {
-        double v;
-        int trunc, half;
-    } cases[] = {
-        {NAN, 0, 0},
-        {kInf, kMax, kMax},
-        {-kInf, kMin, kMin},
-        {1e308, kMax, kMax},
-        {-1e308, kMin, kMin},
-        {2147483646.6, 2147483646, 2147483647},
-        {2147483647.4, 2147483647, 2147483647},
-        {-2147483648.4, kMin, kMin},
-        {4.9e-324, 0, 0},
+    // Oracle: clamp the mathematically rounded value into the int32 range; NaN gives 0.
+    auto sat = [](double v) {
+        return std::isnan(v) ? 0 : static_cast<int>(std::clamp(v, double(kMin), double(kMax)));
     };
-    for (const Case& c : cases) {
-        const POINT p = POINTD(c.v, -c.v);
-        EXPECT_EQ(p.x, c.trunc) << c.v;
-        EXPECT_EQ(POINTD(c.v, 0).GPOINT().x, c.half) << c.v;
-        EXPECT_EQ(CPrecise::PreciseInt(c.v, 0.0), c.trunc) << c.v;
-        const RECT r = RECTD(c.v, c.v, c.v, c.v);
-        EXPECT_EQ(r.bottom, c.trunc) << c.v;
+    for (double v : {double(NAN), kInf, -kInf, 1e308, -1e308, 2147483646.6, 2147483647.4,
+                     -2147483648.4, 4.9e-324}) {
+        EXPECT_EQ(static_cast<POINT>(POINTD(v, -v)).x, sat(std::trunc(v))) << v;
+        EXPECT_EQ(POINTD(v, 0).GPOINT().x, sat(std::round(v))) << v;
+        EXPECT_EQ(CPrecise::PreciseInt(v, 0.0), sat(std::trunc(v))) << v;
+        EXPECT_EQ(static_cast<RECT>(RECTD(v, v, v, v)).bottom, sat(std::trunc(v))) << v;
     }
+    // A singular or huge map sends non-finite or out-of-range coordinates to the conversion.
+    POINT p{5, 6};
+    ATransform(0, 0, 0, 0, 0, 0).InverseCalcPoint(p, 0.5);  // NaN coordinates become 0
+    EXPECT_EQ(p.x, 0);
+    EXPECT_EQ(p.y, 0);
+    POINT q{10, 10};
+    ATransform(1e308, 0, 0, -1e308, 0, 0).CalcPoint(q, 0.5);
+    EXPECT_EQ(q.x, kMax);
+    EXPECT_EQ(q.y, kMin);
 }
 
 }  // namespace
