@@ -5,105 +5,106 @@
 namespace {
 
 using namespace ellconf;
+using conf::Handler;
 using conf::json;
 
-json Param6(int ok, const double* v) {
-    return json{{"value", ok}, {"param", ok ? conf::dbls(v, 6) : json(nullptr)}};
+// Wraps a handler taking (args, rectangle) into one that reads the rectangle as R.
+template <class R, class F>
+Handler OnRect(F f) {
+    return [f](const json& a) { return f(a, RectOf<R>(a["rc"])); };
 }
 
-template <class R>
-json ParamOf(const json& a, R rc) {
+// Outputs of the bounds routines; a point left untouched is null.
+template <class P, class Call>
+json Bounds(Call call) {
+    P pts[4] = {Fresh<P>(), Fresh<P>(), Fresh<P>(), Fresh<P>()}, c = Fresh<P>();
+    RECT b = SentinelRect();
+    const int ok = call(pts, &b, &c);
+    return json{{"value", ok},
+                {"points", Untouched(pts[0]) ? json(nullptr) : J(pts, 4)},
+                {"border", OrNull(b)},
+                {"center", OrNull(c)}};
+}
+
+// A ray point with the optional centre of the arguments.
+template <class P, class Call>
+json Ray(const json& a, Call call) {
+    P out = Fresh<P>(), c{};
+    const bool hasC = !a["center"].is_null();
+    if (hasC) c = PtOf<P>(a["center"]);
+    const int ok = call(hasC ? &c : nullptr, conf::num(a["angle"]), out);
+    return json{{"value", ok}, {"pt", OrNull(out)}};
+}
+
+// A point routine's result and its point (null when untouched).
+template <class Call>
+json PointCall(Call call) {
+    POINT p = Fresh<POINT>();
+    const int ok = call(p);
+    return json{{"value", ok}, {"pt", OrNull(p)}};
+}
+
+const auto paramOf = [](const json& a, auto rc) {
     double v[6] = {kSentinelD, kSentinelD, kSentinelD, kSentinelD, kSentinelD, kSentinelD};
     const int ok =
         CEllipse::GetEllipseParam(rc, Transform(a["t"]), v[0], v[1], v[2], v[3], v[4], v[5]);
-    if (!ok)
-        for (double x : v)
-            if (x != kSentinelD) throw std::runtime_error("outputs written on failure");
-    return Param6(ok, v);
+    for (double x : v)
+        if (!ok && x != kSentinelD) throw std::runtime_error("outputs written on failure");
+    return json{{"value", ok}, {"param", ok ? conf::dbls(v, 6) : json(nullptr)}};
+};
+
+template <class P>
+Handler BoundsOfParam() {
+    return [](const json& a) {
+        return Bounds<P>([&](P* pts, RECT* b, P* c) {
+            return CEllipse::GetEllBoundary(Param(a["param"]), pts, b, c);
+        });
+    };
 }
 
-// The double bounds: on failure nothing is written (null in the vectors).
-json BoundsD(int ok, const POINTD* pts, const RECT& border, const POINTD& c) {
-    if (!ok)
-        return json{{"value", 0},
-                    {"points", nullptr},
-                    {"border", BorderOrNull(border)},
-                    {"center", nullptr}};
-    return json{{"value", 1}, {"points", J(pts, 4)}, {"border", J(border)}, {"center", J(c)}};
+template <class R, class P>
+Handler BoundsOfRect() {
+    return [](const json& a) {
+        return Bounds<P>([&](P* pts, RECT* b, P* c) {
+            return CEllipse::GetEllBoundary(RectOf<R>(a["rc"]), Transform(a["t"]), pts, b, c);
+        });
+    };
 }
 
-json BoundsI(int ok, const POINT* pts, const RECT& border, const POINT& c) {
-    return json{
-        {"value", ok}, {"points", J(pts, 4)}, {"border", BorderOrNull(border)}, {"center", J(c)}};
-}
-
-template <class R>
-json BoundaryTD(const json& a, R rc) {
-    POINTD pts[4];
-    POINTD c;
-    RECT b = SentinelRect();
-    const int ok = CEllipse::GetEllBoundary(rc, Transform(a["t"]), pts, &b, &c);
-    return BoundsD(ok, pts, b, c);
-}
-
-template <class R>
-json BoundaryTI(const json& a, R rc) {
-    POINT pts[4] = {{kSentinel, kSentinel},
-                    {kSentinel, kSentinel},
-                    {kSentinel, kSentinel},
-                    {kSentinel, kSentinel}};
-    POINT c{kSentinel, kSentinel};
-    RECT b = SentinelRect();
-    const int ok = CEllipse::GetEllBoundary(rc, Transform(a["t"]), pts, &b, &c);
-    if (!ok && pts[0].x == kSentinel)
-        return json{{"value", 0}, {"points", nullptr}, {"border", nullptr}, {"center", nullptr}};
-    return BoundsI(ok, pts, b, c);
-}
-
-template <class R>
-json BorderT(const json& a, R rc) {
+const auto borderOf = [](const json& a, auto rc) {
     RECT b = SentinelRect();
     const int ok = CEllipse::GetEllipseBorder(rc, Transform(a["t"]), b);
-    return json{{"value", ok}, {"border", BorderOrNull(b)}};
+    return json{{"value", ok}, {"border", OrNull(b)}};
+};
+
+template <class P>
+Handler RayOfParam() {
+    return [](const json& a) {
+        return Ray<P>(a, [&](const P* c, double angle, P& out) {
+            return CEllipse::EllipsePoint(Param(a["param"]), c, angle, out);
+        });
+    };
 }
 
-template <class R>
-json RayTD(const json& a, R rc) {
-    POINTD out(kSentinelD, kSentinelD);
-    POINTD c;
-    const bool hasC = !a["center"].is_null();
-    if (hasC) c = PtD(a["center"]);
-    const int ok = CEllipse::EllipsePoint(rc, Transform(a["t"]), hasC ? &c : nullptr,
-                                          conf::num(a["angle"]), out);
-    const bool untouched = out.x == kSentinelD && out.y == kSentinelD;
-    return json{{"value", ok}, {"pt", untouched ? json(nullptr) : J(out)}};
+template <class R, class P>
+Handler RayOfRect() {
+    return [](const json& a) {
+        return Ray<P>(a, [&](const P* c, double angle, P& out) {
+            return CEllipse::EllipsePoint(RectOf<R>(a["rc"]), Transform(a["t"]), c, angle, out);
+        });
+    };
 }
 
-template <class R>
-json RayTI(const json& a, R rc) {
-    POINT out{kSentinel, kSentinel};
-    POINT c{0, 0};
-    const bool hasC = !a["center"].is_null();
-    // Integer centres may be written as 200.0.
-    if (hasC)
-        c = POINT{static_cast<LONG>(conf::num(a["center"][0])),
-                  static_cast<LONG>(conf::num(a["center"][1]))};
-    const int ok = CEllipse::EllipsePoint(rc, Transform(a["t"]), hasC ? &c : nullptr,
-                                          conf::num(a["angle"]), out);
-    const bool untouched = out.x == kSentinel && out.y == kSentinel;
-    return json{{"value", ok}, {"pt", untouched ? json(nullptr) : J(out)}};
-}
-
-json PointOut(int ok, const POINT& p) {
-    const bool untouched = p.x == kSentinel && p.y == kSentinel;
-    return json{{"value", ok}, {"pt", untouched ? json(nullptr) : J(p)}};
+// The turned form's gradient points: "form" holds p, q, r, s.
+template <int (*Fn)(double, double, double, double, POINT&)>
+json FormPoint(const json& a) {
+    const auto f = conf::nums(a["form"]);
+    return PointCall([&](POINT& p) { return Fn(f.at(0), f.at(1), f.at(2), f.at(3), p); });
 }
 
 const conf::Register reg{
-    {"CEllipse::GetEllipseParam(RECT,ATransform)",
-     [](const json& a) { return ParamOf(a, Rect(a["rc"])); }},
-    {"CEllipse::GetEllipseParam(RECTD,ATransform)",
-     [](const json& a) { return ParamOf(a, RectD(a["rc"])); }},
+    {"CEllipse::GetEllipseParam(RECT,ATransform)", OnRect<RECT>(paramOf)},
+    {"CEllipse::GetEllipseParam(RECTD,ATransform)", OnRect<RECTD>(paramOf)},
     {"CEllipse::GetEllipseParam(RECT,double)",
      [](const json& a) {
          double v[4] = {kSentinelD, kSentinelD, kSentinelD, kSentinelD};
@@ -112,69 +113,32 @@ const conf::Register reg{
          return json{{"value", ok},
                      {"form", v[0] == kSentinelD ? json(nullptr) : conf::dbls(v, 4)}};
      }},
-    {"CEllipse::GetEllBoundary(ELLPARAM,POINTD*)",
-     [](const json& a) {
-         POINTD pts[4];
-         POINTD c;
-         RECT b = SentinelRect();
-         const int ok = CEllipse::GetEllBoundary(Param(a["param"]), pts, &b, &c);
-         return BoundsD(ok, pts, b, c);
-     }},
-    {"CEllipse::GetEllBoundary(ELLPARAM,POINT*)",
-     [](const json& a) {
-         POINT pts[4] = {{kSentinel, kSentinel},
-                         {kSentinel, kSentinel},
-                         {kSentinel, kSentinel},
-                         {kSentinel, kSentinel}};
-         POINT c{kSentinel, kSentinel};
-         RECT b = SentinelRect();
-         const int ok = CEllipse::GetEllBoundary(Param(a["param"]), pts, &b, &c);
-         return BoundsI(ok, pts, b, c);
-     }},
-    {"CEllipse::GetEllBoundary(RECT,ATransform,POINTD*)",
-     [](const json& a) { return BoundaryTD(a, Rect(a["rc"])); }},
-    {"CEllipse::GetEllBoundary(RECTD,ATransform,POINTD*)",
-     [](const json& a) { return BoundaryTD(a, RectD(a["rc"])); }},
-    {"CEllipse::GetEllBoundary(RECT,ATransform,POINT*)",
-     [](const json& a) { return BoundaryTI(a, Rect(a["rc"])); }},
-    {"CEllipse::GetEllBoundary(RECTD,ATransform,POINT*)",
-     [](const json& a) { return BoundaryTI(a, RectD(a["rc"])); }},
+    {"CEllipse::GetEllBoundary(ELLPARAM,POINTD*)", BoundsOfParam<POINTD>()},
+    {"CEllipse::GetEllBoundary(ELLPARAM,POINT*)", BoundsOfParam<POINT>()},
+    {"CEllipse::GetEllBoundary(RECT,ATransform,POINTD*)", BoundsOfRect<RECT, POINTD>()},
+    {"CEllipse::GetEllBoundary(RECTD,ATransform,POINTD*)", BoundsOfRect<RECTD, POINTD>()},
+    {"CEllipse::GetEllBoundary(RECT,ATransform,POINT*)", BoundsOfRect<RECT, POINT>()},
+    {"CEllipse::GetEllBoundary(RECTD,ATransform,POINT*)", BoundsOfRect<RECTD, POINT>()},
     {"CEllipse::GetEllipseBorder(ELLPARAM)",
      [](const json& a) {
          RECT b = SentinelRect();
          const int ok = CEllipse::GetEllipseBorder(Param(a["param"]), b);
-         return json{{"value", ok}, {"border", BorderOrNull(b)}};
+         return json{{"value", ok}, {"border", OrNull(b)}};
      }},
-    {"CEllipse::GetEllipseBorder(RECT,ATransform)",
-     [](const json& a) { return BorderT(a, Rect(a["rc"])); }},
-    {"CEllipse::GetEllipseBorder(RECTD,ATransform)",
-     [](const json& a) { return BorderT(a, RectD(a["rc"])); }},
+    {"CEllipse::GetEllipseBorder(RECT,ATransform)", OnRect<RECT>(borderOf)},
+    {"CEllipse::GetEllipseBorder(RECTD,ATransform)", OnRect<RECTD>(borderOf)},
     {"CEllipse::GetEllipseBorder(RECT,double)",
      [](const json& a) {
          RECT b = SentinelRect();
          CEllipse::GetEllipseBorder(Rect(a["rc"]), conf::num(a["angle"]), b);
-         return json{{"border", BorderOrNull(b)}};
+         return json{{"border", OrNull(b)}};
      }},
     {"CEllipse::GetTopPoint(ELLPARAM)",
      [](const json& a) {
-         POINT p{kSentinel, kSentinel};
-         const int ok = Probe::GetTopPoint(Param(a["param"]), p);
-         return PointOut(ok, p);
+         return PointCall([&](POINT& p) { return Probe::GetTopPoint(Param(a["param"]), p); });
      }},
-    {"CEllipse::GetTopPoint(p,q,r,s)",
-     [](const json& a) {
-         const auto f = conf::nums(a["form"]);
-         POINT p{kSentinel, kSentinel};
-         const int ok = Probe::GetTopPoint(f.at(0), f.at(1), f.at(2), f.at(3), p);
-         return PointOut(ok, p);
-     }},
-    {"CEllipse::GetRightPoint(p,q,r,s)",
-     [](const json& a) {
-         const auto f = conf::nums(a["form"]);
-         POINT p{kSentinel, kSentinel};
-         const int ok = Probe::GetRightPoint(f.at(0), f.at(1), f.at(2), f.at(3), p);
-         return PointOut(ok, p);
-     }},
+    {"CEllipse::GetTopPoint(p,q,r,s)", FormPoint<Probe::GetTopPoint>},
+    {"CEllipse::GetRightPoint(p,q,r,s)", FormPoint<Probe::GetRightPoint>},
     {"CEllipse::EllPointSite(POINT)",
      [](const json& a) {
          // Points given with a fraction exercise the double overload.
@@ -183,33 +147,12 @@ const conf::Register reg{
              return json{{"value", Probe::EllPointSite(Param(a["param"]), Pt(pt))}};
          return json{{"value", Probe::EllPointSite(Param(a["param"]), PtD(pt))}};
      }},
-    {"CEllipse::EllipsePoint(ELLPARAM,POINTD*,double)",
-     [](const json& a) {
-         POINTD out(kSentinelD, kSentinelD), c;
-         const bool hasC = !a["center"].is_null();
-         if (hasC) c = PtD(a["center"]);
-         const int ok = CEllipse::EllipsePoint(Param(a["param"]), hasC ? &c : nullptr,
-                                               conf::num(a["angle"]), out);
-         const bool untouched = out.x == kSentinelD && out.y == kSentinelD;
-         return json{{"value", ok}, {"pt", untouched ? json(nullptr) : J(out)}};
-     }},
-    {"CEllipse::EllipsePoint(ELLPARAM,POINT*,double)",
-     [](const json& a) {
-         POINT out{kSentinel, kSentinel}, c{0, 0};
-         const bool hasC = !a["center"].is_null();
-         if (hasC) c = Pt(a["center"]);
-         const int ok = CEllipse::EllipsePoint(Param(a["param"]), hasC ? &c : nullptr,
-                                               conf::num(a["angle"]), out);
-         return PointOut(ok, out);
-     }},
-    {"CEllipse::EllipsePoint(RECTD,ATransform,POINTD*,double)",
-     [](const json& a) { return RayTD(a, RectD(a["rc"])); }},
-    {"CEllipse::EllipsePoint(RECT,ATransform,POINTD*,double)",
-     [](const json& a) { return RayTD(a, Rect(a["rc"])); }},
-    {"CEllipse::EllipsePoint(RECTD,ATransform,POINT*,double)",
-     [](const json& a) { return RayTI(a, RectD(a["rc"])); }},
-    {"CEllipse::EllipsePoint(RECT,ATransform,POINT*,double)",
-     [](const json& a) { return RayTI(a, Rect(a["rc"])); }},
+    {"CEllipse::EllipsePoint(ELLPARAM,POINTD*,double)", RayOfParam<POINTD>()},
+    {"CEllipse::EllipsePoint(ELLPARAM,POINT*,double)", RayOfParam<POINT>()},
+    {"CEllipse::EllipsePoint(RECTD,ATransform,POINTD*,double)", RayOfRect<RECTD, POINTD>()},
+    {"CEllipse::EllipsePoint(RECT,ATransform,POINTD*,double)", RayOfRect<RECT, POINTD>()},
+    {"CEllipse::EllipsePoint(RECTD,ATransform,POINT*,double)", RayOfRect<RECTD, POINT>()},
+    {"CEllipse::EllipsePoint(RECT,ATransform,POINT*,double)", RayOfRect<RECT, POINT>()},
     {"CEllipse::RotateRect",
      [](const json& a) {
          POINT pts[4];

@@ -2,8 +2,7 @@
 // class that reaches CEllipse's protected routines.
 #pragma once
 
-#include <cstring>
-#include <vector>
+#include <type_traits>
 
 #include <kxbase/ellipse/ellipse.h>
 
@@ -28,9 +27,22 @@ constexpr double kSentinelD = -12345.6789;
 inline RECT SentinelRect() {
     return RECT{kSentinel, kSentinel, kSentinel, kSentinel};
 }
+template <class P>
+P Fresh() {
+    if constexpr (std::is_same_v<P, POINT>)
+        return POINT{kSentinel, kSentinel};
+    else
+        return POINTD(kSentinelD, kSentinelD);
+}
 inline bool Untouched(const RECT& r) {
-    const RECT s = SentinelRect();
-    return std::memcmp(&r, &s, sizeof r) == 0;
+    return r.left == kSentinel && r.top == kSentinel && r.right == kSentinel &&
+           r.bottom == kSentinel;
+}
+inline bool Untouched(const POINT& p) {
+    return p.x == kSentinel && p.y == kSentinel;
+}
+inline bool Untouched(const POINTD& p) {
+    return p.x == kSentinelD && p.y == kSentinelD;
 }
 
 inline RECT Rect(const conf::json& v) {
@@ -53,7 +65,25 @@ inline POINT Pt(const conf::json& v) {
 inline POINTD PtD(const conf::json& v) {
     return POINTD(conf::num(v[0]), conf::num(v[1]));
 }
+template <class R>
+R RectOf(const conf::json& v) {
+    if constexpr (std::is_same_v<R, RECT>)
+        return Rect(v);
+    else
+        return RectD(v);
+}
+// Integer points may be written as 200.0.
+template <class P>
+P PtOf(const conf::json& v) {
+    if constexpr (std::is_same_v<P, POINT>)
+        return POINT{static_cast<LONG>(conf::num(v[0])), static_cast<LONG>(conf::num(v[1]))};
+    else
+        return PtD(v);
+}
 
+inline conf::json J(int v) {
+    return v;
+}
 inline conf::json J(const RECT& r) {
     return conf::json{r.left, r.top, r.right, r.bottom};
 }
@@ -69,18 +99,13 @@ conf::json J(const P* p, std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) a.push_back(J(p[i]));
     return a;
 }
-inline conf::json J(const CArray<POINT>& a) {
-    conf::json out = conf::json::array();
-    for (const POINT& p : a) out.push_back(J(p));
-    return out;
+template <class T>
+conf::json J(const CArray<T>& a) {
+    return J(a.GetData(), static_cast<std::size_t>(a.GetSize()));
 }
-inline conf::json J(const CArray<int>& a) {
-    conf::json out = conf::json::array();
-    for (int v : a) out.push_back(v);
-    return out;
-}
-inline conf::json BorderOrNull(const RECT& r) {
-    return Untouched(r) ? conf::json(nullptr) : J(r);
+template <class T>
+conf::json OrNull(const T& v) {
+    return Untouched(v) ? conf::json(nullptr) : J(v);
 }
 
 }  // namespace ellconf

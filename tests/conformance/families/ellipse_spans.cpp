@@ -15,7 +15,7 @@ const conf::Register reg{
          RECT b = SentinelRect();
          const int first =
              CEllipse::EllipseRasterLine(CRect(Rect(a["rc"])), conf::num(a["angle"]), spans, &b);
-         return json{{"first", first}, {"spans", J(spans)}, {"border", BorderOrNull(b)}};
+         return json{{"first", first}, {"spans", J(spans)}, {"border", OrNull(b)}};
      }},
     {"CEllipse::EllipseRasterLine(RECT,double,RSRLINE&)",
      [](const json& a) {
@@ -30,7 +30,7 @@ const conf::Register reg{
      [](const json& a) {
          RECT b = SentinelRect();
          CEllipse::GetRectBorder(Rect(a["rc"]), conf::num(a["angle"]), b);
-         return json{{"border", BorderOrNull(b)}};
+         return json{{"border", OrNull(b)}};
      }},
 };
 
