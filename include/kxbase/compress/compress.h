@@ -15,18 +15,20 @@ public:
     // the dictionary, 257 ends the stream, 258 and up are dictionary entries in the order they
     // are made. The width starts at 9 bits; counting the codes since the stream start (the
     // opening clear code is number 0), it becomes 10 bits for code number 255, 11 for 767 and
-    // 12 for 1791 (one code earlier than a plain power-of-two rule; there is deliberately no
-    // step at 1279). A clear code written at 12 bits returns the width to 9 and counts as code
-    // number 0 again. The compressor makes at most 3835 entries (codes 258-4092) before it
-    // clears; the decompressor accepts up to 4095. There is no header, length or checksum:
-    // the caller keeps the decoded length. The width timing equals that of TIFF's LZW
-    // (compression 5, widths change when the next entry would be 512, 1024, 2048), so TIFF
-    // LZW decoders read these streams.
+    // 12 for 1791 (there is deliberately no step at 1279). A clear code written at 12 bits
+    // returns the width to 9 and counts as code number 0 again. The compressor makes at most
+    // 3835 entries (codes 258-4092) before it clears; the decompressor accepts up to 4095.
+    // There is no header, length or checksum: the caller keeps the decoded length. The width
+    // timing equals that of TIFF's LZW (compression 5: widths change when the next entry would
+    // be 512, 1024, 2048), so TIFF LZW decoders read these streams.
     //
     // Lengths are 32-bit (ULONG). Every LZW function returns 1 on success and 0 on failure and
     // leaves no state behind; all are re-entrant and thread-safe. Their work tables (at most
-    // 44 KiB) live on the stack of the call: none of them allocates on the heap. No function
-    // reads or writes outside [ptr, ptr + stated length), whatever the input bytes.
+    // 44 KiB) live on the stack of the call: none of them allocates on the heap. No public
+    // function reads or writes outside [ptr, ptr + stated length), whatever the input bytes.
+    // A TIFF LZW strip decodes with UnComp_LZW unless its writer started over with a clear
+    // code below 12 bits (libtiff does when its compression ratio drops): TIFF resets the
+    // width after any clear code, this format only after one written at 12 bits.
 
     /// Worst-case number of 16-bit codes Pack_LZW makes from srcLen bytes (clear code, one code
     /// per input byte at most, one clear code per 3835 entries, end code). Pack_LZW always
@@ -42,7 +44,7 @@ public:
         return (LzwCodeBound(srcLen) * 12 + 7) / 8 + 1;
     }
     /// Capacity UnPack_LZW / UnComp_LZW need to restore originalLen bytes: the decoder keeps 6
-    /// bytes spare behind every string it writes (a one-byte stream needs only 1).
+    /// bytes spare behind every string it writes (a one-byte output needs only 1).
     static constexpr UINT64 LzwDecompressCapacity(UINT64 originalLen) { return originalLen + 6; }
     /// Size, in 16-bit codes, of the code buffer ResumeDataBit may fill from srcLen stream
     /// bytes: it only reads codes that start before the last byte, each at least 9 bits wide,
