@@ -1,4 +1,4 @@
-// Test inputs for the LZW tests: raster-like lines and adversarial byte patterns.
+// Inputs of the LZW tests: raster-like lines and adversarial byte patterns.
 #pragma once
 
 #include <cstdint>
@@ -15,93 +15,66 @@ struct Sample {
     Bytes data;
 };
 
-// 1-bit print lines packed 8 pixels a byte: white paper with a few strokes and a rule.
-inline Bytes PrintLines1Bit(int widthBytes, int lines, unsigned seed) {
-    std::mt19937 rng(seed);
-    Bytes out;
-    for (int y = 0; y < lines; ++y) {
-        Bytes line(widthBytes, 0x00);
-        if (y % 17 == 0)
-            std::fill(line.begin() + widthBytes / 8, line.end() - widthBytes / 8, 0xFF);
-        for (int k = 0; k < 6; ++k) {
-            const int at = static_cast<int>(rng() % widthBytes);
-            for (int i = at; i < at + 3 && i < widthBytes; ++i)
-                line[i] = static_cast<std::uint8_t>(rng() | 0x81);
-        }
-        out.insert(out.end(), line.begin(), line.end());
-    }
-    return out;
-}
-
-// Ordered-dither halftone of a slow ramp: short repeating patterns with noise.
-inline Bytes Halftone(std::size_t n, unsigned seed) {
+// kind: 0 packed 1-bit print lines (white paper, short strokes, a rule every 17 lines of
+// 877 bytes), 1 halftone (alternating patterns with noise), 2 24-bit photo (gradients with
+// noise), 3 random, 4 one repeated byte, 5 alternating 00/FF, 6 every byte value in turn
+// (no two-byte string repeats for 64 KiB), 7 text.
+inline Bytes Make(int kind, std::size_t n, unsigned seed = 1) {
+    static const char kWords[] = "colour printer job dots halftone raster page band 720 dpi ";
     std::mt19937 rng(seed);
     Bytes out(n);
     for (std::size_t i = 0; i < n; ++i) {
-        const std::uint8_t pattern = (i / 7) % 2 ? 0xAA : 0x55;
-        out[i] = rng() % 16 == 0 ? static_cast<std::uint8_t>(rng()) : pattern;
-    }
-    return out;
-}
-
-// 24-bit RGB "photo": smooth gradients with sensor noise.
-inline Bytes Photo24(int width, int lines, unsigned seed) {
-    std::mt19937 rng(seed);
-    Bytes out;
-    for (int y = 0; y < lines; ++y)
-        for (int x = 0; x < width; ++x) {
-            out.push_back(static_cast<std::uint8_t>(x * 255 / width + rng() % 4));
-            out.push_back(static_cast<std::uint8_t>(y * 3 + rng() % 3));
-            out.push_back(static_cast<std::uint8_t>(128 + (x ^ y) % 32));
+        const std::size_t x = i % 877;
+        switch (kind) {
+            case 0:
+                out[i] = (i / 877) % 17 == 0 && x > 100 && x < 777 ? 0xFF
+                         : rng() % 97 == 0                         ? 0x81
+                                                                   : 0;
+                break;
+            case 1:
+                out[i] = rng() % 16 == 0 ? static_cast<std::uint8_t>(rng())
+                         : (i / 7) % 2   ? 0xAA
+                                         : 0x55;
+                break;
+            case 2:
+                out[i] =
+                    static_cast<std::uint8_t>(i % 3 == 0   ? (i / 3) % 300 * 255 / 300 + rng() % 4
+                                              : i % 3 == 1 ? (i / 900) * 3 + rng() % 3
+                                                           : 128 + (i / 3) % 32);
+                break;
+            case 3:
+                out[i] = static_cast<std::uint8_t>(rng());
+                break;
+            case 4:
+                out[i] = static_cast<std::uint8_t>(seed);
+                break;
+            case 5:
+                out[i] = i % 2 ? 0xFF : 0x00;
+                break;
+            case 6:
+                out[i] = static_cast<std::uint8_t>(i + i / 256);
+                break;
+            default:
+                out[i] = static_cast<std::uint8_t>(kWords[i % (sizeof(kWords) - 1)]);
+                break;
         }
-    return out;
-}
-
-inline Bytes Random(std::size_t n, unsigned seed) {
-    std::mt19937 rng(seed);
-    Bytes out(n);
-    for (auto& b : out) b = static_cast<std::uint8_t>(rng());
-    return out;
-}
-
-inline Bytes Run(std::size_t n, std::uint8_t v) {
-    return Bytes(n, v);
-}
-
-inline Bytes Alternating(std::size_t n) {
-    Bytes out(n);
-    for (std::size_t i = 0; i < n; ++i) out[i] = i % 2 ? 0xFF : 0x00;
-    return out;
-}
-
-// Every byte value in turn, repeated: no two-byte string repeats within 65536 bytes.
-inline Bytes AllValues(std::size_t n) {
-    Bytes out(n);
-    for (std::size_t i = 0; i < n; ++i) out[i] = static_cast<std::uint8_t>(i + i / 256);
-    return out;
-}
-
-inline Bytes Text(std::size_t n) {
-    static const char kWords[] = "colour printer job dots halftone raster page band 720 dpi ";
-    Bytes out;
-    while (out.size() < n) out.insert(out.end(), kWords, kWords + sizeof(kWords) - 1);
-    out.resize(n);
+    }
     return out;
 }
 
 // The inputs every round-trip and bound test runs over.
 inline std::vector<Sample> Samples() {
     return {
-        {"print 1-bit, 6 lines of 7016 px", PrintLines1Bit(877, 6, 1)},
-        {"halftone noise 20000", Halftone(20000, 2)},
-        {"24-bit photo 300x20", Photo24(300, 20, 3)},
-        {"random 6 bytes", Random(6, 4)},
-        {"random 70000 (clear codes)", Random(70000, 5)},
-        {"run of 100000 zeros", Run(100000, 0)},
-        {"run of 9 ones", Run(9, 1)},
-        {"alternating 30000", Alternating(30000)},
-        {"all byte values 70000", AllValues(70000)},
-        {"text 65536", Text(65536)},
+        {"print 1-bit, 6 lines of 7016 px", Make(0, 877 * 6)},
+        {"halftone noise 20000", Make(1, 20000, 2)},
+        {"24-bit photo 300x20", Make(2, 18000, 3)},
+        {"random 6 bytes", Make(3, 6, 4)},
+        {"random 70000 (clear codes)", Make(3, 70000, 5)},
+        {"run of 100000 zeros", Make(4, 100000, 0)},
+        {"run of 9 ones", Make(4, 9, 1)},
+        {"alternating 30000", Make(5, 30000)},
+        {"all byte values 70000", Make(6, 70000)},
+        {"text 65536", Make(7, 65536)},
     };
 }
 
