@@ -1,8 +1,6 @@
-// Conic parameters and points beyond the golden vectors: ray points lie on the conic and on
-// their ray, and the documented results for inputs without an ellipse.
-#include <cmath>
+// Conic, bounds and point routines on inputs without an ellipse: the documented failure
+// results, with the caller's outputs left alone.
 #include <limits>
-#include <random>
 
 #include <gtest/gtest.h>
 
@@ -10,38 +8,10 @@
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-
 struct Probe : CEllipse {
     using CEllipse::PrecisePoint;
     using CEllipse::RotateRect;
 };
-
-TEST(EllipseParam, RayPointLiesOnTheConicAndOnItsRay) {
-    // Catches a wrong root (the far side of the ellipse), a sign slip in the general ray
-    // coefficients, or a swapped horizontal/vertical case.
-    std::mt19937 rng(31);
-    std::uniform_real_distribution<double> pos(-1000, 1000), side(10, 400), ang(-7, 7), k(-2, 2);
-    for (int i = 0; i < 2000; ++i) {
-        const double l = pos(rng), t = pos(rng);
-        const RECTD rc(l, t, l + side(rng), t + side(rng));
-        ATransform inv(k(rng), k(rng), k(rng), k(rng), pos(rng), pos(rng));
-        // Keep the conic well conditioned: nearly singular maps make it a needle.
-        if (std::fabs(inv.eM11 * inv.eM22 - inv.eM12 * inv.eM21) < 0.3) continue;
-        inv.InverseMatrix();
-        ELLPARAM p;
-        ASSERT_EQ(CEllipse::GetEllipseParam(rc, inv, p), 1);
-        POINTD c, q;
-        ASSERT_EQ(CEllipse::GetEllBoundary(p, static_cast<POINTD*>(nullptr), nullptr, &c), 1);
-        const double a = i % 7 == 0 ? (i % 4) * kPi / 2 : ang(rng);
-        ASSERT_EQ(CEllipse::EllipsePoint(p, &c, a, q), 1);
-        const double gx = 2 * p.a * q.x + p.b * q.y + p.d, gy = 2 * p.c * q.y + p.b * q.x + p.e;
-        EXPECT_LT(std::fabs(p.Value(q.x, q.y)) / std::hypot(gx, gy), 1e-6) << "off the conic";
-        // On the ray, on the side the angle points to.
-        const double dx = q.x - c.x, dy = q.y - c.y;
-        EXPECT_GT(dx * std::cos(a) + dy * std::sin(a), 0.999 * std::hypot(dx, dy)) << "angle " << a;
-    }
-}
 
 TEST(EllipseParam, InputsWithoutAnEllipseFailWithoutWriting) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
