@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <kxbase/platform/module.h>
@@ -13,6 +14,9 @@ const std::string kPixel = "像素";   // string 14
 const std::string kDecimm = "丝米";  // string 15
 }  // namespace
 
+// Catches a message box that loads its tail string (it repeats the head), a status line that
+// does not, a null format shown as a box, and a missing hook that is not treated as "nothing
+// shown".
 TEST(Messages, TextsHandedToTheHooks) {
     std::vector<std::pair<std::string, UINT>> boxes;
     std::vector<std::string> status;
@@ -23,41 +27,31 @@ TEST(Messages, TextsHandedToTheHooks) {
     const KxStatusHook prevStatus =
         KxSetStatusHook([&](const CString& text) { status.push_back(text.str()); });
     const HINSTANCE self = KxLibraryHandle();
-
-    EXPECT_EQ(ZelDialogMsg(static_cast<const char*>(nullptr)), 0);  // shows nothing
+    EXPECT_EQ(ZelDialogMsg(static_cast<const char*>(nullptr)), 0);
     EXPECT_EQ(ZelDialogMsg("copy %d of %s", 2, "3"), IDYES);
     EXPECT_EQ(ZelDialogMsg(self, 14, 15, MB_YESNO, " %d ", 5), IDYES);
-    EXPECT_EQ(ZelDialogMsg(self, 0, 15, MB_OK, "x"), IDYES);
-    const std::vector<std::pair<std::string, UINT>> expectedBoxes = {
-        {"copy 2 of 3", MB_ICONINFORMATION},
-        {kPixel + " 5 " + kPixel, MB_YESNO},  // the tail repeats the head, never loads 15
-        {"x", MB_OK},                         // a tail without a head adds nothing
-    };
-    EXPECT_EQ(boxes, expectedBoxes);
-
+    EXPECT_EQ(ZelDialogMsg(self, 0, 15, MB_OK, "x"), IDYES);  // no head: the tail adds nothing
+    EXPECT_EQ(boxes, (std::vector<std::pair<std::string, UINT>>{{"copy 2 of 3", MB_ICONINFORMATION},
+                                                                {kPixel + " 5 " + kPixel, MB_YESNO},
+                                                                {"x", MB_OK}}));
     ZelStatusMsg("%s ready", "printer");
     ZelStatusMsg(static_cast<const char*>(nullptr));
-    ZelStatusMsg(self, 14, 15, "/%d/", 7);  // the status form does load the tail
+    ZelStatusMsg(self, 14, 15, "/%d/", 7);
     EXPECT_EQ(status, (std::vector<std::string>{"printer ready", "", kPixel + "/7/" + kDecimm}));
 
     KxSetDialogHook(nullptr);
-    KxSetStatusHook(nullptr);
-    EXPECT_EQ(ZelDialogMsg("hello"), 0);  // no hook: nothing shown, 0
-    ZelStatusMsg("quiet");
+    EXPECT_EQ(ZelDialogMsg("hello"), 0);
     KxSetDialogHook(prevDialog);
     KxSetStatusHook(prevStatus);
 }
 
+// Catches a null module not meaning this library, and a bad id or handle not giving "".
 TEST(Messages, LoadString) {
     int notModule = 0;
-    struct Case {
-        HINSTANCE module;
-        unsigned id;
-        std::string text;
-    } const cases[] = {{KxLibraryHandle(), 14, kPixel},
-                       {nullptr, 14, kPixel},
-                       {KxLibraryHandle(), 0, ""},
-                       {KxLibraryHandle(), 999999, ""},
-                       {&notModule, 14, ""}};
-    for (const Case& c : cases) EXPECT_EQ(ZelLoadString(c.module, c.id).str(), c.text) << c.id;
+    EXPECT_EQ(ZelLoadString(KxLibraryHandle(), 14).str(), kPixel);
+    EXPECT_EQ(ZelLoadString(nullptr, 14).str(), kPixel);
+    for (auto [module, id] : {std::pair<HINSTANCE, UINT>{KxLibraryHandle(), 0},
+                              {KxLibraryHandle(), 999999},
+                              {&notModule, 14}})
+        EXPECT_EQ(ZelLoadString(module, id).str(), "") << id;
 }
