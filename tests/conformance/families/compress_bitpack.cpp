@@ -10,16 +10,9 @@ using conf::json;
 using Bytes = std::vector<std::uint8_t>;
 
 struct Access : ACompress {
-    using ACompress::GetLoc_RLE1;
-    using ACompress::GetLoc_RLE2;
-    using ACompress::kPackValueMaxBytes;
-    using ACompress::Pack1;
-    using ACompress::Pack2;
-    using ACompress::Pack_Value;
-    using ACompress::UnPack1;
-    using ACompress::UnPack2;
-    using ACompress::UnPackSeg1;
-    using ACompress::UnPackSeg2;
+    using ACompress::GetLoc_RLE1, ACompress::GetLoc_RLE2, ACompress::kPackValueMaxBytes,
+        ACompress::Pack1, ACompress::Pack2, ACompress::Pack_Value, ACompress::UnPack1,
+        ACompress::UnPack2, ACompress::UnPackSeg1, ACompress::UnPackSeg2;
 };
 
 constexpr ULONG kUntouched = 0xDEADBEEF;
@@ -28,20 +21,26 @@ json Len(ULONG v) {
     return v == kUntouched ? json(nullptr) : json(v);
 }
 
-Bytes BytesOrEmpty(const json& v) {
-    return v.is_null() ? Bytes{} : conf::bytes(v);
+ULONG U(const json& a, const char* key) {
+    return conf::u32(a.at(key));
 }
+
+// A buffer argument: null for JSON null, else its bytes.
+struct Buf {
+    Bytes b;
+    bool null;
+    explicit Buf(const json& v) : b(v.is_null() ? Bytes{} : conf::bytes(v)), null(v.is_null()) {}
+    BYTE* get() { return null ? nullptr : b.data(); }
+};
 
 template <class Fn>
 json PackHandler(const json& a, Fn fn, bool twoBit) {
-    Bytes src = BytesOrEmpty(a.at("src"));
-    const ULONG srcLen = conf::u32(a.at("srcLen"));
-    const ULONG cap = conf::u32(a.at("dstCap"));
+    Buf src(a.at("src"));
+    const ULONG cap = U(a, "dstCap");
     Bytes dst(cap + 1);
     const bool dstNull = a.contains("dst") && a["dst"].is_null();
     ULONG len = kUntouched;
-    const int r = fn(a.at("src").is_null() ? nullptr : src.data(), srcLen,
-                     dstNull ? nullptr : dst.data(), cap, len);
+    const int r = fn(src.get(), U(a, "srcLen"), dstNull ? nullptr : dst.data(), cap, len);
     json out{{"value", r}, {"dstLen", Len(len)}};
     if (len != kUntouched) {
         const ULONG n = std::min(len, cap);
@@ -58,11 +57,10 @@ json PackHandler(const json& a, Fn fn, bool twoBit) {
 
 template <class Fn>
 json LocHandler(const json& a, Fn fn) {
-    Bytes src = BytesOrEmpty(a.at("src"));
+    Buf src(a.at("src"));
     ULONG off = kUntouched, bytes = kUntouched, inside = kUntouched, pixels = kUntouched;
-    const int r = fn(conf::u32(a.at("pos")), conf::u32(a.at("total")),
-                     a.at("src").is_null() ? nullptr : src.data(), conf::u32(a.at("srcLen")), &off,
-                     &bytes, &inside, &pixels);
+    const int r =
+        fn(U(a, "pos"), U(a, "total"), src.get(), U(a, "srcLen"), &off, &bytes, &inside, &pixels);
     return {{"value", r},
             {"offset", Len(off)},
             {"bytes", Len(bytes)},
@@ -72,11 +70,11 @@ json LocHandler(const json& a, Fn fn) {
 
 template <class Fn>
 json SegHandler(const json& a, Fn fn) {
-    Bytes src = BytesOrEmpty(a.at("src"));
+    Buf src(a.at("src"));
     BYTE value = 0xEE;
     ULONG count = kUntouched;
-    const ULONG r = fn(a.at("src").is_null() ? nullptr : src.data(), conf::u32(a.at("offset")),
-                       conf::u32(a.at("bytes")), value, count, conf::i32(a.at("whole")));
+    const ULONG r =
+        fn(src.get(), U(a, "offset"), U(a, "bytes"), value, count, conf::i32(a.at("whole")));
     return {{"value", r},
             {"runValue", value == 0xEE ? json(nullptr) : json(value)},
             {"count", Len(count)}};
@@ -84,11 +82,9 @@ json SegHandler(const json& a, Fn fn) {
 
 template <class Fn>
 json UnPackHandler(const json& a, Fn fn) {
-    Bytes src = BytesOrEmpty(a.at("src"));
-    Bytes dst = BytesOrEmpty(a.at("dst"));
-    const int r = fn(a.at("src").is_null() ? nullptr : src.data(), conf::u32(a.at("srcLen")),
-                     conf::u32(a.at("pixels")), a.at("dst").is_null() ? nullptr : dst.data());
-    return {{"value", r}, {"dst", conf::hex(dst)}};
+    Buf src(a.at("src")), dst(a.at("dst"));
+    const int r = fn(src.get(), U(a, "srcLen"), U(a, "pixels"), dst.get());
+    return {{"value", r}, {"dst", conf::hex(dst.b)}};
 }
 
 const conf::Register reg{
@@ -104,35 +100,27 @@ const conf::Register reg{
      [](const json& a) {
          BYTE dst[Access::kPackValueMaxBytes + 1] = {};
          ULONG len = kUntouched;
-         const int r =
-             Access::Pack_Value(static_cast<BYTE>(conf::u32(a.at("value"))),
-                                conf::u32(a.at("count")), conf::i32(a.at("depth")), dst, len);
+         const int r = Access::Pack_Value(static_cast<BYTE>(U(a, "value")), U(a, "count"),
+                                          conf::i32(a.at("depth")), dst, len);
          json out{{"value", r}, {"dstLen", Len(len)}};
          if (len != kUntouched) out["dst"] = conf::hex(dst, len);
          return out;
      }},
     {"ACompress::ShrinkBit",
      [](const json& a) {
-         Bytes buf = BytesOrEmpty(a.at("buf"));
-         const bool inPlace = a.at("dst").is_null();
-         Bytes dst = BytesOrEmpty(a.at("dst"));
-         const int r = ACompress::ShrinkBit(
-             a.at("buf").is_null() ? nullptr : buf.data(), conf::u32(a.at("start")),
-             conf::u32(a.at("count")), conf::i32(a.at("depth")), inPlace ? nullptr : dst.data());
-         json out{{"value", r}, {"buf", conf::hex(buf)}};
-         if (!inPlace) out["dst"] = conf::hex(dst);
+         Buf buf(a.at("buf")), dst(a.at("dst"));  // a null dst packs in place
+         const int r = ACompress::ShrinkBit(buf.get(), U(a, "start"), U(a, "count"),
+                                            conf::i32(a.at("depth")), dst.get());
+         json out{{"value", r}, {"buf", conf::hex(buf.b)}};
+         if (!dst.null) out["dst"] = conf::hex(dst.b);
          return out;
      }},
     {"ACompress::ExpandBit",
      [](const json& a) {
-         Bytes src = BytesOrEmpty(a.at("src"));
-         Bytes dst = BytesOrEmpty(a.at("dst"));
-         const int r = ACompress::ExpandBit(a.at("src").is_null() ? nullptr : src.data(),
-                                            conf::u32(a.at("start")), conf::u32(a.at("count")),
-                                            conf::i32(a.at("depth")),
-                                            a.at("dst").is_null() ? nullptr : dst.data());
-         json out{{"value", r}};
-         if (!a.at("dst").is_null()) out["dst"] = conf::hex(dst);
+         Buf src(a.at("src")), dst(a.at("dst"));
+         json out{{"value", ACompress::ExpandBit(src.get(), U(a, "start"), U(a, "count"),
+                                                 conf::i32(a.at("depth")), dst.get())}};
+         if (!dst.null) out["dst"] = conf::hex(dst.b);
          return out;
      }},
 };

@@ -8,37 +8,36 @@ namespace {
 using conf::json;
 using Bytes = std::vector<std::uint8_t>;
 
-Bytes BytesOrEmpty(const json& v) {
-    return v.is_null() ? Bytes{} : conf::bytes(v);
-}
+// A buffer argument: null for JSON null or absent, else its bytes.
+struct Buf {
+    Bytes b;
+    bool null;
+    explicit Buf(const json& v) : b(v.is_null() ? Bytes{} : conf::bytes(v)), null(v.is_null()) {}
+    BYTE* get() { return null ? nullptr : b.data(); }
+};
 
 const conf::Register reg{
     {"ACompress::ZoomBits",
      [](const json& a) {
-         Bytes src = BytesOrEmpty(a.at("src"));
-         Bytes dst = BytesOrEmpty(a.at("dst"));
+         Buf src(a.at("src")), dst(a.at("dst"));
          const int r = ACompress::ZoomBits(
              conf::i32(a.at("srcWidth")), conf::i32(a.at("srcHeight")),
-             static_cast<unsigned short>(conf::u32(a.at("depth"))),
-             a.at("src").is_null() ? nullptr : src.data(), conf::i32(a.at("dstWidth")),
-             conf::i32(a.at("dstHeight")), a.at("dst").is_null() ? nullptr : dst.data());
-         return json{{"value", r}, {"dst", conf::hex(dst)}};
+             static_cast<unsigned short>(conf::u32(a.at("depth"))), src.get(),
+             conf::i32(a.at("dstWidth")), conf::i32(a.at("dstHeight")), dst.get());
+         return json{{"value", r}, {"dst", conf::hex(dst.b)}};
      }},
     {"ACompress::ResampleLine",
      [](const json& a) {
-         Bytes src = BytesOrEmpty(a.at("src"));
          const bool inPlace = a.value("inPlace", false);
-         Bytes dst = inPlace ? Bytes{} : BytesOrEmpty(a.value("dst", json(nullptr)));
+         Buf src(a.at("src")), dst(inPlace ? json(nullptr) : a.value("dst", json(nullptr)));
          std::vector<ULONG> map;
          if (!a.at("map").is_null())
              for (const auto& e : a.at("map")) map.push_back(conf::u32(e));
-         const BYTE* s = a.at("src").is_null() ? nullptr : src.data();
-         BYTE* d = inPlace ? src.data()
-                           : (a.value("dst", json(nullptr)).is_null() ? nullptr : dst.data());
          const int r = ACompress::ResampleLine(
-             s, conf::i32(a.at("depth")), conf::i32(a.at("srcCount")), d,
-             conf::i32(a.at("dstCount")), map.empty() ? nullptr : map.data());
-         return json{{"value", r}, {"dst", conf::hex(inPlace ? src : dst)}};
+             src.get(), conf::i32(a.at("depth")), conf::i32(a.at("srcCount")),
+             inPlace ? src.get() : dst.get(), conf::i32(a.at("dstCount")),
+             map.empty() ? nullptr : map.data());
+         return json{{"value", r}, {"dst", conf::hex(inPlace ? src.b : dst.b)}};
      }},
 };
 
