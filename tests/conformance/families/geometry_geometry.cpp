@@ -9,50 +9,55 @@ using conf::json;
 using conf::num;
 namespace geo = conf::geo;
 
+template <class P>
+json Pt(const P& p) {
+    return json{{"pt", geo::to_json(p)}};
+}
+template <class R>
+json Rc(const R& r) {
+    return json{{"rc", geo::to_json(r)}};
+}
+template <class T>
+json Value(T v) {
+    return json{{"value", v}};
+}
+bool AllIntegers(const json& v) {
+    for (const auto& e : v)
+        if (!e.is_number_integer()) return false;
+    return true;
+}
+
+// POINTD == / != ; an integer point on the right-hand side selects the POINT overload.
+json PointCompare(const json& a, bool equal) {
+    const POINTD p = geo::pointd(a["a"]);
+    const json& b = a["b"];
+    if (AllIntegers(b)) return Value(equal ? p == geo::point(b) : p != geo::point(b));
+    return Value(equal ? p == geo::pointd(b) : p != geo::pointd(b));
+}
+
+// Applies a modifying member to the rectangle "rc" and returns it.
+template <class F>
+json Modified(const json& a, F f) {
+    RECTD r = geo::rectd(a["rc"]);
+    f(r);
+    return Rc(r);
+}
+
 static conf::Register reg{
-    {"POINTD::operator POINT",
-     [](const json& a) {
-         return json{{"pt", geo::to_json(POINT(geo::pointd(a["pt"])))}};
-     }},
-    {"POINTD::GPOINT",
-     [](const json& a) {
-         return json{{"pt", geo::to_json(geo::pointd(a["pt"]).GPOINT())}};
-     }},
+    {"POINTD::operator POINT", [](const json& a) { return Pt(POINT(geo::pointd(a["pt"]))); }},
+    {"POINTD::GPOINT", [](const json& a) { return Pt(geo::pointd(a["pt"]).GPOINT()); }},
     {"CPrecise::PreciseInt",
      [](const json& a) {
-         return json{{"value", CPrecise::PreciseInt(num(a["value"]), num(a["precision"]))}};
+         return Value(CPrecise::PreciseInt(num(a["value"]), num(a["precision"])));
      }},
-    {"POINTD::operator==",
-     [](const json& a) {
-         const POINTD p = geo::pointd(a["a"]);
-         // An integer point on the right-hand side selects the POINT overload.
-         if (a["b"].at(0).is_number_integer() && a["b"].at(1).is_number_integer())
-             return json{{"value", p == geo::point(a["b"])}};
-         return json{{"value", p == geo::pointd(a["b"])}};
-     }},
-    {"POINTD::operator!=",
-     [](const json& a) {
-         const POINTD p = geo::pointd(a["a"]);
-         if (a["b"].at(0).is_number_integer() && a["b"].at(1).is_number_integer())
-             return json{{"value", p != geo::point(a["b"])}};
-         return json{{"value", p != geo::pointd(a["b"])}};
-     }},
+    {"POINTD::operator==", [](const json& a) { return PointCompare(a, true); }},
+    {"POINTD::operator!=", [](const json& a) { return PointCompare(a, false); }},
     {"POINTD::operator+",
-     [](const json& a) {
-         return json{{"pt", geo::to_json(geo::pointd(a["a"]) + geo::pointd(a["b"]))}};
-     }},
+     [](const json& a) { return Pt(geo::pointd(a["a"]) + geo::pointd(a["b"])); }},
     {"POINTD::operator-",
-     [](const json& a) {
-         return json{{"pt", geo::to_json(geo::pointd(a["a"]) - geo::pointd(a["b"]))}};
-     }},
-    {"RECTD::operator RECT",
-     [](const json& a) {
-         return json{{"rc", geo::to_json(RECT(geo::rectd(a["rc"])))}};
-     }},
-    {"RECTD::GRECT",
-     [](const json& a) {
-         return json{{"rc", geo::to_json(geo::rectd(a["rc"]).GRECT())}};
-     }},
+     [](const json& a) { return Pt(geo::pointd(a["a"]) - geo::pointd(a["b"])); }},
+    {"RECTD::operator RECT", [](const json& a) { return Rc(RECT(geo::rectd(a["rc"]))); }},
+    {"RECTD::GRECT", [](const json& a) { return Rc(geo::rectd(a["rc"]).GRECT()); }},
     {"RECTD::Width/Height/CenterPoint",
      [](const json& a) {
          const RECTD r = geo::rectd(a["rc"]);
@@ -66,41 +71,26 @@ static conf::Register reg{
          return json{{"empty", r.IsRectEmpty()}, {"null", r.IsRectNull()}};
      }},
     {"RECTD::NormalizeBorder",
-     [](const json& a) {
-         RECTD r = geo::rectd(a["rc"]);
-         r.NormalizeBorder();
-         return json{{"rc", geo::to_json(r)}};
-     }},
+     [](const json& a) { return Modified(a, [](RECTD& r) { r.NormalizeBorder(); }); }},
     {"RECTD::NormalizeRect",
+     [](const json& a) { return Modified(a, [](RECTD& r) { r.NormalizeRect(); }); }},
+    {"RECTD::OffsetRect",
      [](const json& a) {
-         RECTD r = geo::rectd(a["rc"]);
-         r.NormalizeRect();
-         return json{{"rc", geo::to_json(r)}};
+         return Modified(a, [&](RECTD& r) { r.OffsetRect(num(a["dx"]), num(a["dy"])); });
      }},
     {"RECTD::operator==",
      [](const json& a) {
          const RECTD r = geo::rectd(a["a"]);
-         const json& b = a["b"];
-         bool allInt = true;
-         for (const auto& e : b) allInt = allInt && e.is_number_integer();
-         return json{{"value", allInt ? (r == geo::rect(b)) : (r == geo::rectd(b))}};
+         return Value(AllIntegers(a["b"]) ? r == geo::rect(a["b"]) : r == geo::rectd(a["b"]));
      }},
     {"RECTD::UnionRect",
      [](const json& a) {
          RECTD r(-1, -2, -3, -4);
          r.UnionRect(geo::rectd(a["a"]), geo::rectd(a["b"]));
-         return json{{"rc", geo::to_json(r)}};
-     }},
-    {"RECTD::OffsetRect",
-     [](const json& a) {
-         RECTD r = geo::rectd(a["rc"]);
-         r.OffsetRect(num(a["dx"]), num(a["dy"]));
-         return json{{"rc", geo::to_json(r)}};
+         return Rc(r);
      }},
     {"RECTD::PtInRect",
-     [](const json& a) {
-         return json{{"value", geo::rectd(a["rc"]).PtInRect(geo::pointd(a["pt"]))}};
-     }},
+     [](const json& a) { return Value(geo::rectd(a["rc"]).PtInRect(geo::pointd(a["pt"]))); }},
     {"RECTD::GetBorderRect",
      [](const json& a) {
          const std::vector<POINTD> pts =
@@ -108,7 +98,7 @@ static conf::Register reg{
          // Start from a non-zero rectangle: an empty input must clear it.
          RECTD r(7, 8, 9, 10);
          r.GetBorderRect(pts.empty() ? nullptr : pts.data(), static_cast<LONG>(pts.size()));
-         return json{{"rc", geo::to_json(r)}};
+         return Rc(r);
      }},
 };
 

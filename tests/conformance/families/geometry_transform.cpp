@@ -1,5 +1,6 @@
 // Golden vectors of the transform family: ATransform composition, mapping and decomposition.
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "geometry_json.h"
@@ -39,11 +40,19 @@ std::vector<int> Counts(const json& v) {
 json Distance(const json& a, bool inverse) {
     const ATransform t = geo::transform(a["m"]);
     double d = num(a["d"]);
-    if (inverse)
-        t.InverseCalcDist(d);
-    else
-        t.CalcDist(d);
+    inverse ? t.InverseCalcDist(d) : t.CalcDist(d);
     return json{{"d", conf::dbl(d)}};
+}
+
+// Maps the point "pt" by the matrix "m", forward or inverse; integer points take "precision".
+template <class P>
+json MapPoint(const json& a, P p, bool inverse) {
+    const ATransform t = geo::transform(a["m"]);
+    if constexpr (std::is_same_v<P, POINT>)
+        inverse ? t.InverseCalcPoint(p, num(a["precision"])) : t.CalcPoint(p, num(a["precision"]));
+    else
+        inverse ? t.InverseCalcPoint(p) : t.CalcPoint(p);
+    return json{{"pt", geo::to_json(p)}};
 }
 
 static conf::Register reg{
@@ -54,35 +63,15 @@ static conf::Register reg{
          return json{{"m", geo::to_json(t)}};
      }},
     {"ATransform::CalcPoint(double)",
-     [](const json& a) {
-         POINTD p = geo::pointd(a["pt"]);
-         geo::transform(a["m"]).CalcPoint(p);
-         return json{{"pt", geo::to_json(p)}};
-     }},
+     [](const json& a) { return MapPoint(a, geo::pointd(a["pt"]), false); }},
     {"ATransform::CalcPoint(float)",
-     [](const json& a) {
-         POINTF p = geo::pointf(a["pt"]);
-         geo::transform(a["m"]).CalcPoint(p);
-         return json{{"pt", geo::to_json(p)}};
-     }},
+     [](const json& a) { return MapPoint(a, geo::pointf(a["pt"]), false); }},
     {"ATransform::CalcPoint(POINT,precision)",
-     [](const json& a) {
-         POINT p = geo::point(a["pt"]);
-         geo::transform(a["m"]).CalcPoint(p, num(a["precision"]));
-         return json{{"pt", geo::to_json(p)}};
-     }},
+     [](const json& a) { return MapPoint(a, geo::point(a["pt"]), false); }},
     {"ATransform::InverseCalcPoint(POINT,precision)",
-     [](const json& a) {
-         POINT p = geo::point(a["pt"]);
-         geo::transform(a["m"]).InverseCalcPoint(p, num(a["precision"]));
-         return json{{"pt", geo::to_json(p)}};
-     }},
+     [](const json& a) { return MapPoint(a, geo::point(a["pt"]), true); }},
     {"ATransform::InverseCalcPoint(double)",
-     [](const json& a) {
-         POINTD p = geo::pointd(a["pt"]);
-         geo::transform(a["m"]).InverseCalcPoint(p);
-         return json{{"pt", geo::to_json(p)}};
-     }},
+     [](const json& a) { return MapPoint(a, geo::pointd(a["pt"]), true); }},
     {"ATransform::CalcDist", [](const json& a) { return Distance(a, false); }},
     {"ATransform::InverseCalcDist", [](const json& a) { return Distance(a, true); }},
     {"ATransform::CanInverseCalc",

@@ -34,36 +34,39 @@ LONG AlwaysOne(const void*, const void*) {
     return 1;
 }
 
+// A search for the byte "b" in "buf".
+json ByteSearch(const json& a, ULONG (*fn)(const BYTE*, ULONG, BYTE)) {
+    HeapBytes buf(a["buf"]);
+    return json{{"value", fn(buf.ptr(), buf.size(), static_cast<BYTE>(conf::u32(a["b"])))}};
+}
+
+// A search for the pattern "pat" in "buf".
+json PatternSearch(const json& a, ULONG (*fn)(const BYTE*, ULONG, const BYTE*, ULONG)) {
+    HeapBytes buf(a["buf"]), pat(a["pat"]);
+    return json{{"value", fn(buf.ptr(), buf.size(), pat.ptr(), pat.size())}};
+}
+
 static conf::Register reg{
     {"AMathOpt::FindData(byte)",
      [](const json& a) {
-         HeapBytes buf(a["buf"]);
-         return json{{"value", AMathOpt::FindData(buf.ptr(), buf.size(),
-                                                  static_cast<BYTE>(conf::u32(a["b"])))}};
+         return ByteSearch(a, static_cast<ULONG (*)(const BYTE*, ULONG, BYTE)>(AMathOpt::FindData));
      }},
     {"AMathOpt::ReverseFindData(byte)",
      [](const json& a) {
-         HeapBytes buf(a["buf"]);
-         return json{{"value", AMathOpt::ReverseFindData(buf.ptr(), buf.size(),
-                                                         static_cast<BYTE>(conf::u32(a["b"])))}};
+         return ByteSearch(
+             a, static_cast<ULONG (*)(const BYTE*, ULONG, BYTE)>(AMathOpt::ReverseFindData));
      }},
     {"AMathOpt::FindData(pattern)",
      [](const json& a) {
-         HeapBytes buf(a["buf"]), pat(a["pat"]);
-         return json{{"value", AMathOpt::FindData(buf.ptr(), buf.size(), pat.ptr(), pat.size())}};
+         return PatternSearch(
+             a, static_cast<ULONG (*)(const BYTE*, ULONG, const BYTE*, ULONG)>(AMathOpt::FindData));
      }},
     {"AMathOpt::ReverseFindData(pattern)",
      [](const json& a) {
-         HeapBytes buf(a["buf"]), pat(a["pat"]);
-         return json{
-             {"value", AMathOpt::ReverseFindData(buf.ptr(), buf.size(), pat.ptr(), pat.size())}};
+         return PatternSearch(a, static_cast<ULONG (*)(const BYTE*, ULONG, const BYTE*, ULONG)>(
+                                     AMathOpt::ReverseFindData));
      }},
-    {"AMathOpt::FindData_Int",
-     [](const json& a) {
-         HeapBytes buf(a["buf"]);
-         return json{{"value", AMathOpt::FindData_Int(buf.ptr(), buf.size(),
-                                                      static_cast<BYTE>(conf::u32(a["b"])))}};
-     }},
+    {"AMathOpt::FindData_Int", [](const json& a) { return ByteSearch(a, AMathOpt::FindData_Int); }},
     {"AMathOpt::myMemcpy",
      [](const json& a) {
          std::vector<BYTE> dst = conf::bytes(a["dst"]);

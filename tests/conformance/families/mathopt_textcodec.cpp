@@ -1,4 +1,6 @@
 // Golden vectors of the address texts and the typed and string lists.
+#include <algorithm>
+#include <bit>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -21,174 +23,117 @@ std::vector<BYTE> Bytes(const json& v) {
     return out;
 }
 
-/// The list of a vector as the raw element array of its type.
+// Element sizes of the typed lists: 1 int32, 2 uint32, 3 int64, 4 uint64, 5 double, else byte.
+size_t ElementSize(BYTE type) {
+    return type == 1 || type == 2 ? 4 : type >= 3 && type <= 5 ? 8 : 1;
+}
+
+// Elements travel as the low bytes of a 64-bit word (little-endian host), doubles as their bits.
 std::vector<BYTE> RawList(const json& list, BYTE type) {
-    std::vector<BYTE> raw;
-    auto put = [&raw](const void* p, size_t n) {
-        raw.insert(raw.end(), static_cast<const BYTE*>(p), static_cast<const BYTE*>(p) + n);
-    };
-    for (const auto& x : list) {
-        switch (type) {
-            case 1:
-            case 2: {
-                const UINT v = conf::u32(x);
-                put(&v, sizeof v);
-                break;
-            }
-            case 3:
-            case 4: {
-                const UINT64 v = conf::u64(x);
-                put(&v, sizeof v);
-                break;
-            }
-            case 5: {
-                const double v = conf::num(x);
-                put(&v, sizeof v);
-                break;
-            }
-            default: {
-                const BYTE v = static_cast<BYTE>(conf::u32(x));
-                put(&v, 1);
-                break;
-            }
-        }
+    const size_t size = ElementSize(type);
+    std::vector<BYTE> raw(list.size() * size);
+    for (size_t i = 0; i < list.size(); ++i) {
+        const UINT64 u = type == 5 ? std::bit_cast<UINT64>(conf::num(list[i])) : conf::u64(list[i]);
+        std::memcpy(&raw[i * size], &u, size);
     }
     return raw;
 }
 
 json ListJson(const std::vector<BYTE>& raw, int count, BYTE type) {
     json out = json::array();
-    for (int i = 0; i < count; ++i) {
-        switch (type) {
-            case 1: {
-                std::int32_t v;
-                std::memcpy(&v, raw.data() + i * 4, 4);
-                out.push_back(v);
-                break;
-            }
-            case 2: {
-                std::uint32_t v;
-                std::memcpy(&v, raw.data() + i * 4, 4);
-                out.push_back(v);
-                break;
-            }
-            case 3: {
-                std::int64_t v;
-                std::memcpy(&v, raw.data() + i * 8, 8);
-                out.push_back(v);
-                break;
-            }
-            case 4: {
-                std::uint64_t v;
-                std::memcpy(&v, raw.data() + i * 8, 8);
-                out.push_back(v);
-                break;
-            }
-            case 5: {
-                double v;
-                std::memcpy(&v, raw.data() + i * 8, 8);
-                out.push_back(conf::dbl(v));
-                break;
-            }
-            default:
-                out.push_back(raw[static_cast<size_t>(i)]);
-                break;
-        }
+    for (size_t i = 0, size = ElementSize(type); i < static_cast<size_t>(count); ++i) {
+        UINT64 u = 0;
+        std::memcpy(&u, raw.data() + i * size, size);
+        if (type == 1)
+            out.push_back(static_cast<std::int32_t>(u));
+        else if (type == 3)
+            out.push_back(static_cast<std::int64_t>(u));
+        else
+            out.push_back(type == 5 ? conf::dbl(std::bit_cast<double>(u)) : json(u));
     }
     return out;
 }
 
+std::string Text(const json& a) {
+    return a["text"].get<std::string>();
+}
+json Value(bool v) {
+    return json{{"value", v}};
+}
+
+// Reads an address text into a pre-filled array of n bytes.
+template <int N>
+json AddressFrom(const json& a, bool (*fn)(BYTE*, const char*), const char* key) {
+    BYTE out[N];
+    std::memset(out, 0xEE, N);
+    const bool ok = fn(out, Text(a).c_str());
+    return json{{"value", ok}, {key, ByteList(out, N)}};
+}
+
+json AddressTo(const json& a, bool (*fn)(CString&, const BYTE*), const char* key) {
+    CString text("junk");
+    const bool ok = fn(text, Bytes(a[key]).data());
+    return json{{"value", ok}, {"text", text.str()}};
+}
+
+BYTE Type(const json& a) {
+    return static_cast<BYTE>(conf::u32(a["type"]));
+}
+
 static conf::Register reg{
     {"AMathOpt::ipaddress_TransFromString",
-     [](const json& a) {
-         BYTE ip[4] = {0xEE, 0xEE, 0xEE, 0xEE};
-         const bool ok =
-             AMathOpt::ipaddress_TransFromString(ip, a["text"].get<std::string>().c_str());
-         return json{{"value", ok}, {"ip", ByteList(ip, 4)}};
-     }},
-    {"AMathOpt::ipaddress_IsValid(text)",
-     [](const json& a) {
-         return json{{"value", AMathOpt::ipaddress_IsValid(a["text"].get<std::string>().c_str())}};
-     }},
-    {"AMathOpt::ipaddress_IsValid(bytes)",
-     [](const json& a) {
-         return json{{"value", AMathOpt::ipaddress_IsValid(Bytes(a["ip"]).data())}};
-     }},
-    {"AMathOpt::ipaddress_TransToString",
-     [](const json& a) {
-         CString text("junk");
-         const bool ok = AMathOpt::ipaddress_TransToString(text, Bytes(a["ip"]).data());
-         return json{{"value", ok}, {"text", text.str()}};
-     }},
+     [](const json& a) { return AddressFrom<4>(a, AMathOpt::ipaddress_TransFromString, "ip"); }},
     {"AMathOpt::macaddress_TransFromString",
-     [](const json& a) {
-         BYTE mac[6] = {0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE};
-         const bool ok =
-             AMathOpt::macaddress_TransFromString(mac, a["text"].get<std::string>().c_str());
-         return json{{"value", ok}, {"mac", ByteList(mac, 6)}};
-     }},
+     [](const json& a) { return AddressFrom<6>(a, AMathOpt::macaddress_TransFromString, "mac"); }},
+    {"AMathOpt::ipaddress_TransToString",
+     [](const json& a) { return AddressTo(a, AMathOpt::ipaddress_TransToString, "ip"); }},
     {"AMathOpt::macaddress_TransToString",
-     [](const json& a) {
-         CString text("junk");
-         const bool ok = AMathOpt::macaddress_TransToString(text, Bytes(a["mac"]).data());
-         return json{{"value", ok}, {"text", text.str()}};
-     }},
+     [](const json& a) { return AddressTo(a, AMathOpt::macaddress_TransToString, "mac"); }},
+    {"AMathOpt::ipaddress_IsValid(text)",
+     [](const json& a) { return Value(AMathOpt::ipaddress_IsValid(Text(a).c_str())); }},
     {"AMathOpt::macaddress_IsValid(text)",
-     [](const json& a) {
-         return json{{"value", AMathOpt::macaddress_IsValid(a["text"].get<std::string>().c_str())}};
-     }},
+     [](const json& a) { return Value(AMathOpt::macaddress_IsValid(Text(a).c_str())); }},
+    {"AMathOpt::ipaddress_IsValid(bytes)",
+     [](const json& a) { return Value(AMathOpt::ipaddress_IsValid(Bytes(a["ip"]).data())); }},
     {"AMathOpt::macaddress_IsValid(bytes)",
-     [](const json& a) {
-         return json{{"value", AMathOpt::macaddress_IsValid(Bytes(a["mac"]).data())}};
-     }},
+     [](const json& a) { return Value(AMathOpt::macaddress_IsValid(Bytes(a["mac"]).data())); }},
     {"AMathOpt::TransListToString",
      [](const json& a) {
-         const BYTE type = static_cast<BYTE>(conf::u32(a["type"]));
-         const std::vector<BYTE> raw = RawList(a["list"], type);
          CString text("junk");
-         const int v = AMathOpt::TransListToString(
-             text, raw.data(), static_cast<int>(a["list"].size()), type, conf::i32(a["hex"]));
+         const int v =
+             AMathOpt::TransListToString(text, RawList(a["list"], Type(a)).data(),
+                                         int(a["list"].size()), Type(a), conf::i32(a["hex"]));
          return json{{"value", v}, {"text", text.str()}};
      }},
     {"AMathOpt::TransListToString(buffer)",
      [](const json& a) {
-         const BYTE type = static_cast<BYTE>(conf::u32(a["type"]));
-         const std::vector<BYTE> raw = RawList(a["list"], type);
-         const int size = conf::i32(a["size"]);
+         const size_t size = static_cast<size_t>(std::max(conf::i32(a["size"]), 0));
          // The buffer holds exactly size bytes, pre-filled, then guard bytes.
          constexpr char kFill = '\x7f';
-         std::vector<char> buffer(static_cast<size_t>(size > 0 ? size : 0) + 16, kFill);
-         const int v = AMathOpt::TransListToString(buffer.data(), size, raw.data(),
-                                                   static_cast<int>(a["list"].size()), type,
-                                                   conf::i32(a["hex"]));
-         for (size_t i = static_cast<size_t>(size > 0 ? size : 0); i < buffer.size(); ++i)
-             if (buffer[i] != kFill) throw std::runtime_error("wrote past size");
-         json out{{"value", v}};
-         bool untouched = true;
-         for (int i = 0; i < size; ++i)
-             untouched = untouched && buffer[static_cast<size_t>(i)] == kFill;
-         if (v < 0 && untouched)
-             out["buffer"] = nullptr;
-         else if (v >= 0)
-             out["buffer"] = std::string(buffer.data(), static_cast<size_t>(v));
-         else
-             out["buffer"] = "touched";
-         return out;
+         std::vector<char> buffer(size + 16, kFill);
+         const int v = AMathOpt::TransListToString(
+             buffer.data(), conf::i32(a["size"]), RawList(a["list"], Type(a)).data(),
+             int(a["list"].size()), Type(a), conf::i32(a["hex"]));
+         const auto touched = [&](size_t from, size_t to) {
+             return std::any_of(&buffer[from], &buffer[0] + to, [](char c) { return c != kFill; });
+         };
+         if (touched(size, buffer.size())) throw std::runtime_error("wrote past size");
+         if (v >= 0) return json{{"value", v}, {"buffer", std::string(buffer.data(), size_t(v))}};
+         return json{{"value", v}, {"buffer", touched(0, size) ? json("touched") : json(nullptr)}};
      }},
     {"AMathOpt::TransListFromString",
      [](const json& a) {
-         const BYTE type = static_cast<BYTE>(conf::u32(a["type"]));
          const int max = conf::i32(a["max"]);
-         std::vector<BYTE> raw(static_cast<size_t>(max > 0 ? max : 0) * 8 + 8, 0);
-         const int v = AMathOpt::TransListFromString(
-             raw.data(), max, type, a["text"].get<std::string>().c_str(), conf::i32(a["hex"]));
-         return json{{"value", v}, {"list", ListJson(raw, v, type)}};
+         std::vector<BYTE> raw(static_cast<size_t>(std::max(max, 0)) * 8 + 8, 0);
+         const int v = AMathOpt::TransListFromString(raw.data(), max, Type(a), Text(a).c_str(),
+                                                     conf::i32(a["hex"]));
+         return json{{"value", v}, {"list", ListJson(raw, v, Type(a))}};
      }},
     {"AMathOpt::TransListFromString(strings)",
      [](const json& a) {
          CStringArray items;
          items.Add("junk");
-         const int v = AMathOpt::TransListFromString(items, a["text"].get<std::string>().c_str());
+         const int v = AMathOpt::TransListFromString(items, Text(a).c_str());
          json out = json::array();
          for (const CString& s : items) out.push_back(s.str());
          return json{{"value", v}, {"items", out}};

@@ -5,7 +5,7 @@
 
 #include <kxbase/separate/separate.h>
 
-#include "conformance.h"
+#include "geometry_json.h"
 
 namespace {
 
@@ -16,30 +16,6 @@ struct SeparateProbe : SEPARATE {
 
 constexpr LONG kSentinel = 0x5A5A5A5A;
 constexpr int kUnwritten = -777;
-
-std::vector<POINT> IntPoints(const conf::json& v) {
-    std::vector<POINT> p;
-    for (const auto& e : v) p.push_back({conf::i32(e[0]), conf::i32(e[1])});
-    return p;
-}
-
-std::vector<POINTD> DblPoints(const conf::json& v) {
-    std::vector<POINTD> p;
-    for (const auto& e : v) p.emplace_back(conf::num(e[0]), conf::num(e[1]));
-    return p;
-}
-
-conf::json ToJson(const POINT* p, std::size_t n) {
-    conf::json a = conf::json::array();
-    for (std::size_t i = 0; i < n; ++i) a.push_back({p[i].x, p[i].y});
-    return a;
-}
-
-conf::json ToJson(const POINTD* p, std::size_t n) {
-    conf::json a = conf::json::array();
-    for (std::size_t i = 0; i < n; ++i) a.push_back({conf::dbl(p[i].x), conf::dbl(p[i].y)});
-    return a;
-}
 
 // Runs the converter on an output buffer pre-filled with a sentinel so that "not written"
 // (null in the vectors) is observable for both the points and the count.
@@ -54,9 +30,10 @@ conf::json Convert(const std::vector<P>& in, int mode, P fill) {
     const bool untouched = std::memcmp(out.data(), before.data(), out.size() * sizeof(P)) == 0;
     res["count"] = count == kUnwritten ? conf::json(nullptr) : conf::json(count);
     if (count != kUnwritten && count >= 0 && static_cast<std::size_t>(count) <= out.size())
-        res["points"] = ToJson(out.data(), static_cast<std::size_t>(count));
+        res["points"] = conf::geo::to_json(out.data(), static_cast<std::size_t>(count));
     else
-        res["points"] = untouched ? conf::json(nullptr) : ToJson(out.data(), out.size());
+        res["points"] =
+            untouched ? conf::json(nullptr) : conf::geo::to_json(out.data(), out.size());
     return res;
 }
 
@@ -64,30 +41,31 @@ conf::json Convert(const std::vector<P>& in, int mode, P fill) {
 // (4 * (n - 1) or 3 * (n - 2) points) on success, null when the array was left untouched.
 conf::json Layout(const conf::json& a, int (*fn)(POINTD*, int), std::size_t perWindow,
                   std::size_t windowsLess) {
-    std::vector<POINTD> p = DblPoints(a.at("points"));
+    std::vector<POINTD> p = conf::geo::pointds(a.at("points"));
     const std::size_t n = p.size();
     p.resize(4 * n + 4, POINTD(1e300, -1e300));
     const std::vector<POINTD> before = p;
     const int r = fn(p.data(), static_cast<int>(n));
     conf::json res{{"value", r}};
     if (r == 1 && n >= windowsLess)
-        res["points"] = ToJson(p.data(), perWindow * (n - windowsLess));
+        res["points"] = conf::geo::to_json(p.data(), perWindow * (n - windowsLess));
     else
         res["points"] = std::memcmp(p.data(), before.data(), p.size() * sizeof(POINTD)) == 0
                             ? conf::json(nullptr)
-                            : ToJson(p.data(), p.size());
+                            : conf::geo::to_json(p.data(), p.size());
     return res;
 }
 
 const conf::Register reg{
     {"SEPARATE::BSplineToBezier(POINT)",
      [](const conf::json& a) {
-         return Convert(IntPoints(a.at("points")), conf::i32(a.at("mode")),
+         return Convert(conf::geo::points(a.at("points")), conf::i32(a.at("mode")),
                         POINT{kSentinel, kSentinel});
      }},
     {"SEPARATE::BSplineToBezier(POINTD)",
      [](const conf::json& a) {
-         return Convert(DblPoints(a.at("points")), conf::i32(a.at("mode")), POINTD(1e300, -1e300));
+         return Convert(conf::geo::pointds(a.at("points")), conf::i32(a.at("mode")),
+                        POINTD(1e300, -1e300));
      }},
     {"SEPARATE::GetMyBSCtrl",
      [](const conf::json& a) { return Layout(a, &SeparateProbe::GetMyBSCtrl, 4, 1); }},

@@ -22,60 +22,55 @@ json Value(int v) {
     return json{{"value", v}};
 }
 
+// The argument shapes shared by several operations.
+template <class R>
+json OfRes(const json& a, R (*fn)(double, AResUnit)) {
+    return Value(fn(num(a["res"]), Res(a["unit"])));
+}
+template <class R>
+json OfSize(const json& a, R (*fn)(double, double, AResUnit, ASizeUnit)) {
+    return Value(fn(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
+}
+json OfPair(const json& a, int (*fn)(double, double)) {
+    return Value(fn(num(a["a"]), num(a["b"])));
+}
+template <class Unit>
+json Name(const json& a, int (*fn)(CString&, Unit)) {
+    CString text("stale");
+    const int n = fn(text, static_cast<Unit>(conf::i32(a["unit"])));
+    return json{{"count", n}, {"text", text.str()}};
+}
+template <class Unit>
+json NameBuffer(const json& a, int (*fn)(char*, int, Unit)) {
+    char buf[64] = "stale";
+    const int n = fn(buf, conf::i32(a["size"]), static_cast<Unit>(conf::i32(a["unit"])));
+    return json{{"count", n}, {"text", std::string(buf)}};
+}
+
 static conf::Register reg{
-    {"ToDPMM", [](const json& a) { return Value(ToDPMM(num(a["res"]), Res(a["unit"]))); }},
-    {"ToDPI", [](const json& a) { return Value(ToDPI(num(a["res"]), Res(a["unit"]))); }},
-    {"ToNDPI", [](const json& a) { return Value(ToNDPI(num(a["res"]), Res(a["unit"]))); }},
-    {"ToINCH",
-     [](const json& a) {
-         return Value(ToINCH(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
-     }},
-    {"ToMM",
-     [](const json& a) {
-         return Value(ToMM(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
-     }},
-    {"ToPIXEL",
-     [](const json& a) {
-         return Value(ToPIXEL(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
-     }},
-    {"ToNPIXEL",
-     [](const json& a) {
-         return Value(ToNPIXEL(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
-     }},
-    {"IsValidRes", [](const json& a) { return Value(IsValidRes(num(a["res"]), Res(a["unit"]))); }},
-    {"RightRes", [](const json& a) { return Value(RightRes(num(a["res"]), Res(a["unit"]))); }},
+    {"ToDPMM", [](const json& a) { return OfRes(a, ToDPMM); }},
+    {"ToDPI", [](const json& a) { return OfRes(a, ToDPI); }},
+    {"ToNDPI", [](const json& a) { return OfRes(a, ToNDPI); }},
+    {"IsValidRes", [](const json& a) { return OfRes(a, IsValidRes); }},
+    {"RightRes", [](const json& a) { return OfRes(a, RightRes); }},
+    {"ToINCH", [](const json& a) { return OfSize(a, ToINCH); }},
+    {"ToMM", [](const json& a) { return OfSize(a, ToMM); }},
+    {"ToPIXEL", [](const json& a) { return OfSize(a, ToPIXEL); }},
+    {"ToNPIXEL", [](const json& a) { return OfSize(a, ToNPIXEL); }},
+    {"EqualNDPI", [](const json& a) { return OfPair(a, EqualNDPI); }},
+    {"EqualDPMM", [](const json& a) { return OfPair(a, EqualDPMM); }},
+    {"EqualDPI", [](const json& a) { return OfPair(a, EqualDPI); }},
     {"EqualRes",
      [](const json& a) {
          return Value(EqualRes(num(a["a"]), num(a["b"]), Res(a["unit"]), conf::i32(a["integer"])));
      }},
     {"DefResPrecision", [](const json& a) { return Value(DefResPrecision(Res(a["unit"]))); }},
-    {"EqualNDPI", [](const json& a) { return Value(EqualNDPI(num(a["a"]), num(a["b"]))); }},
-    {"EqualDPMM", [](const json& a) { return Value(EqualDPMM(num(a["a"]), num(a["b"]))); }},
-    {"EqualDPI", [](const json& a) { return Value(EqualDPI(num(a["a"]), num(a["b"]))); }},
-    {"SizeUnitString",
-     [](const json& a) {
-         CString text("stale");
-         const int n = SizeUnitString(text, Size(a["unit"]));
-         return json{{"count", n}, {"text", text.str()}};
-     }},
-    {"ResUnitString",
-     [](const json& a) {
-         CString text("stale");
-         const int n = ResUnitString(text, Res(a["unit"]));
-         return json{{"count", n}, {"text", text.str()}};
-     }},
-    {"ResUnitString(char*,int)",
-     [](const json& a) {
-         char buf[64] = "stale";
-         const int n = ResUnitString(buf, conf::i32(a["size"]), Res(a["unit"]));
-         return json{{"count", n}, {"text", std::string(buf)}};
-     }},
+    {"SizeUnitString", [](const json& a) { return Name<ASizeUnit>(a, SizeUnitString); }},
+    {"ResUnitString", [](const json& a) { return Name<AResUnit>(a, ResUnitString); }},
     {"SizeUnitString(char*,int)",
-     [](const json& a) {
-         char buf[64] = "stale";
-         const int n = SizeUnitString(buf, conf::i32(a["size"]), Size(a["unit"]));
-         return json{{"count", n}, {"text", std::string(buf)}};
-     }},
+     [](const json& a) { return NameBuffer<ASizeUnit>(a, SizeUnitString); }},
+    {"ResUnitString(char*,int)",
+     [](const json& a) { return NameBuffer<AResUnit>(a, ResUnitString); }},
     {"CUnitTrans::GetValue",
      [](const json& a) {
          CUnitTrans t;

@@ -14,8 +14,17 @@ json Text(const CString& s) {
 json Value(double v) {
     return json{{"value", conf::dbl(v)}};
 }
-unsigned char Width(const json& a) {
-    return static_cast<unsigned char>(conf::u32(a["width"]));
+
+// A float-to-integer conversion: (value, round) -> integer.
+template <class T>
+json ToInteger(const json& a, T (*fn)(double, int)) {
+    return json{{"value", fn(num(a["value"]), conf::i32(a["round"]))}};
+}
+
+// An integer-to-text conversion: (value, hex, width) -> text; `value` reads the integer.
+template <class T>
+json IntegerText(const json& a, CString (*fn)(T, int, unsigned char), T value) {
+    return Text(fn(value, conf::i32(a["hex"]), static_cast<unsigned char>(conf::u32(a["width"]))));
 }
 
 json Zoom(const json& a, void (*step)(double&)) {
@@ -37,38 +46,18 @@ static conf::Register reg{
      }},
     {"ZelFloor", [](const json& a) { return Value(ZelFloor(num(a["value"]))); }},
     {"ZelCeil", [](const json& a) { return Value(ZelCeil(num(a["value"]))); }},
-    {"ZelFloatToInt",
-     [](const json& a) {
-         return json{{"value", ZelFloatToInt(num(a["value"]), conf::i32(a["round"]))}};
-     }},
-    {"ZelFloatToINT64",
-     [](const json& a) {
-         return json{{"value", ZelFloatToINT64(num(a["value"]), conf::i32(a["round"]))}};
-     }},
-    {"ZelFloatToDWORD",
-     [](const json& a) {
-         return json{{"value", ZelFloatToDWORD(num(a["value"]), conf::i32(a["round"]))}};
-     }},
-    {"ZelFloatToUINT64",
-     [](const json& a) {
-         return json{{"value", ZelFloatToUINT64(num(a["value"]), conf::i32(a["round"]))}};
-     }},
+    {"ZelFloatToInt", [](const json& a) { return ToInteger(a, ZelFloatToInt); }},
+    {"ZelFloatToINT64", [](const json& a) { return ToInteger(a, ZelFloatToINT64); }},
+    {"ZelFloatToDWORD", [](const json& a) { return ToInteger(a, ZelFloatToDWORD); }},
+    {"ZelFloatToUINT64", [](const json& a) { return ToInteger(a, ZelFloatToUINT64); }},
     {"ZelIntString",
-     [](const json& a) {
-         return Text(ZelIntString(conf::i32(a["value"]), conf::i32(a["hex"]), Width(a)));
-     }},
+     [](const json& a) { return IntegerText(a, ZelIntString, conf::i32(a["value"])); }},
     {"ZelDWORDString",
-     [](const json& a) {
-         return Text(ZelDWORDString(conf::u32(a["value"]), conf::i32(a["hex"]), Width(a)));
-     }},
+     [](const json& a) { return IntegerText<ULONG>(a, ZelDWORDString, conf::u32(a["value"])); }},
     {"ZelINT64String",
-     [](const json& a) {
-         return Text(ZelINT64String(conf::i64(a["value"]), conf::i32(a["hex"]), Width(a)));
-     }},
+     [](const json& a) { return IntegerText<INT64>(a, ZelINT64String, conf::i64(a["value"])); }},
     {"ZelUINT64String",
-     [](const json& a) {
-         return Text(ZelUINT64String(conf::u64(a["value"]), conf::i32(a["hex"]), Width(a)));
-     }},
+     [](const json& a) { return IntegerText<UINT64>(a, ZelUINT64String, conf::u64(a["value"])); }},
     {"ZelZoomNormalRatio", [](const json& a) { return Zoom(a, ZelZoomNormalRatio); }},
     {"ZelZoomInRatio", [](const json& a) { return Zoom(a, ZelZoomInRatio); }},
     {"ZelZoomOutRatio", [](const json& a) { return Zoom(a, ZelZoomOutRatio); }},
