@@ -122,7 +122,7 @@ inline void CopyBlocks(BYTE* to, const BYTE* from, ULONG n) {
 // or stay as scratch behind dstLen). Near the end of dst every code takes the exact path,
 // which applies the capacity rule of 6 spare bytes and writes byte by byte.
 template <class Source>
-int LzwUnpack(Source& in, BYTE* dst, ULONG dstCap, ULONG& dstLen) {
+int LzwUnpack(Source in, BYTE* dst, ULONG dstCap, ULONG& dstLen) {
     unsigned c;
     if (!in.Next(c) || c > kLzwClear) return 0;
     while (c == kLzwClear || c == kLzwEnd) {
