@@ -1,18 +1,30 @@
-// Byte patterns and range plans shared by the channel tests and their peer process.
+// Byte patterns, range plans and small helpers shared by the channel tests and their peer.
 #pragma once
 
-#include <cstdint>
-#include <cstdio>
-#include <string>
 #include <sys/statvfs.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
 #include <vector>
 
 #include <kxbase/runtime/share_memory.h>
 
 namespace shmtest {
 
-/// The byte a writer `who` puts at data offset `offset`: depends on every bit of the offset,
+inline std::string ErrorOf(CShareMemoryBase& shm) {
+    CString e;
+    shm.GetLastErrorInfo(e);
+    return e.str();
+}
+
+/// An area name private to this test process.
+inline std::string Name(const std::string& what) {
+    return "kxtest/" + std::to_string(getpid()) + "/" + what;
+}
+
+/// The byte writer `who` puts at data offset `offset`: depends on every bit of the offset,
 /// so a transfer that lands in the wrong place (off by a window, by the header) shows.
 inline std::uint8_t PatternByte(std::uint64_t offset, unsigned who) {
     std::uint64_t x = offset * 0x9E3779B97F4A7C15ull + who * 0xD1B54A32D192ED03ull;
@@ -20,19 +32,7 @@ inline std::uint8_t PatternByte(std::uint64_t offset, unsigned who) {
     return static_cast<std::uint8_t>(x ^ (x >> 17));
 }
 
-inline void Fill(std::vector<std::uint8_t>& buf, std::uint64_t offset, unsigned who) {
-    for (std::size_t i = 0; i < buf.size(); ++i) buf[i] = PatternByte(offset + i, who);
-}
-
-/// Index of the first byte that differs from the pattern, or -1.
-inline long long FirstMismatch(const std::vector<std::uint8_t>& buf, std::uint64_t offset,
-                               unsigned who) {
-    for (std::size_t i = 0; i < buf.size(); ++i)
-        if (buf[i] != PatternByte(offset + i, who)) return static_cast<long long>(i);
-    return -1;
-}
-
-/// Room left on the shared memory file system: areas are refused when larger, so tests of
+/// Room left on the shared memory file system: larger areas are refused, so tests of
 /// multi-gigabyte areas shrink (or skip) on machines with a small /dev/shm.
 inline std::uint64_t FreeShmBytes() {
     struct statvfs v {};
@@ -40,50 +40,42 @@ inline std::uint64_t FreeShmBytes() {
     return static_cast<std::uint64_t>(v.f_bavail) * v.f_frsize;
 }
 
-struct Range {
-    std::uint64_t offset;
-    std::uint32_t length;
-};
-
-/// Ranges spread over a data part of `size` bytes: the very start, the very end, and in
-/// between ranges that cross window boundaries of any power-of-two window size. Writer 1
-/// gets the even ranges, writer 2 the odd ones, so the two never overlap.
-inline std::vector<Range> Plan(std::uint64_t size, unsigned who, std::uint32_t length) {
-    std::vector<Range> all;
-    const unsigned count = 48;
-    for (unsigned i = 0; i < count; ++i) {
-        std::uint64_t at = size / count * i;
-        at -= at % (1u << 20);
-        at += 1000003u * (i % 7);  // odd offsets that straddle window ends
-        all.push_back({at, length});
+/// Writes (`write`) or reads back and checks every byte of the ranges of writer `who`, in
+/// transfers of `chunk` bytes; returns an error text, or "" when all went well. The ranges
+/// of 300000 bytes cover the start of the data part, its very end, and odd offsets between
+/// that straddle window ends of any power-of-two window size. Writer 1 owns the even ones,
+/// writer 2 the odd ones, so the two never overlap.
+inline std::string Exchange(CShareMemoryBase& shm, std::uint64_t size, unsigned who,
+                            std::uint32_t chunk, bool write) {
+    const std::uint64_t kRange = 300000;
+    std::vector<std::uint8_t> buf;
+    for (unsigned r = who - 1; r <= 48; r += 2) {
+        const std::uint64_t s = size / 48 * r;
+        const std::uint64_t start =
+            r == 48 ? size - kRange : s - s % (1u << 20) + 1000003u * (r % 7);
+        for (std::uint64_t at = start; at < start + kRange; at += buf.size()) {
+            buf.resize(std::min<std::uint64_t>(chunk, start + kRange - at));
+            for (std::size_t i = 0; write && i < buf.size(); ++i) buf[i] = PatternByte(at + i, who);
+            const auto n = static_cast<DWORD>(buf.size());
+            if (!(write ? shm.WriteData(at, buf.data(), n) : shm.ReadData(at, buf.data(), n)))
+                return (write ? "write failed: " : "read failed: ") + ErrorOf(shm);
+            for (std::size_t i = 0; !write && i < buf.size(); ++i)
+                if (buf[i] != PatternByte(at + i, who))
+                    return "mismatch at data offset " + std::to_string(at + i);
+        }
     }
-    all.push_back({size - length, length});  // the last byte of the data part
-    std::vector<Range> mine;
-    for (std::size_t i = 0; i < all.size(); ++i)
-        if (i % 2 == (who == 1 ? 0u : 1u)) mine.push_back(all[i]);
-    return mine;
+    return {};
 }
 
-/// Writes (`write`) or reads back and checks every byte of the ranges of `who`, in transfers
-/// of `chunk` bytes; returns an error text, or "" when all went well.
-inline std::string Exchange(CShareMemoryBase& shm, const std::vector<Range>& ranges, unsigned who,
-                            std::uint32_t chunk, bool write) {
-    std::vector<std::uint8_t> buf;
-    for (const Range& r : ranges)
-        for (std::uint64_t done = 0; done < r.length; done += chunk) {
-            const std::uint64_t at = r.offset + done;
-            buf.resize(static_cast<std::size_t>(std::min<std::uint64_t>(chunk, r.length - done)));
-            if (write) Fill(buf, at, who);
-            const auto n = static_cast<DWORD>(buf.size());
-            if (!(write ? shm.WriteData(at, buf.data(), n) : shm.ReadData(at, buf.data(), n))) {
-                CString e;
-                shm.GetLastErrorInfo(e);
-                return (write ? "write failed: " : "read failed: ") + e.str();
-            }
-            const long long bad = write ? -1 : FirstMismatch(buf, at, who);
-            if (bad >= 0) return "mismatch at data offset " + std::to_string(at + bad);
-        }
-    return {};
+/// One side of the two-process exchange: writes the ranges of `who`, says so on `out`, waits
+/// for the other side's word on `in`, then checks every byte the other side wrote.
+inline std::string Side(CShareMemoryBase& shm, std::uint64_t size, unsigned who,
+                        std::uint32_t chunk, int in, int out) {
+    std::string error = Exchange(shm, size, who, chunk, true);
+    char c = 'w';
+    if (::write(out, &c, 1) != 1 && error.empty()) error = "other side gone";
+    if ((::read(in, &c, 1) != 1 || c != 'w') && error.empty()) error = "other side failed";
+    return error.empty() ? Exchange(shm, size, 3 - who, chunk, false) : error;
 }
 
 }  // namespace shmtest
