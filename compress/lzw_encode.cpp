@@ -9,6 +9,7 @@
 
 #include <cstring>
 
+#include "compress/byteswap_p.h"
 #include "compress/lzw_p.h"
 
 namespace kxbase::detail {
@@ -30,11 +31,16 @@ public:
     }
     void Clear() { std::memset(slots_, 0, (mask_ + 1) * sizeof(slots_[0])); }
 
+    unsigned Shift() const { return shift_; }
+    unsigned Mask() const { return mask_; }
+
     // The code of (prefix, ch), or 0 when the pair is not in the dictionary; in that case
-    // `slot` is where Add puts it.
-    unsigned Find(unsigned prefix, unsigned ch, std::uint32_t*& slot) {
+    // `slot` is where Add puts it. The caller passes Shift() and Mask() from its own copies
+    // (the output bytes it writes could otherwise alias them and force reloads).
+    unsigned Find(unsigned prefix, unsigned ch, unsigned shift, unsigned mask,
+                  std::uint32_t*& slot) {
         const std::uint32_t key = (prefix << 8) | ch;
-        unsigned h = (key * 0x9E3779B1u) >> shift_;
+        unsigned h = (key * 0x9E3779B1u) >> shift;
         for (;;) {
             const std::uint32_t s = slots_[h];
             if (s == 0) {
@@ -42,7 +48,7 @@ public:
                 return 0;
             }
             if ((s >> 12) == key) return s & 0xFFFu;
-            h = (h + 1) & mask_;
+            h = (h + 1) & mask;
         }
     }
     static void Add(std::uint32_t* slot, unsigned prefix, unsigned ch, unsigned code) {
@@ -60,8 +66,16 @@ enum class PackResult { kOk, kNoRoom };
 // rules of Pack_LZW for a code buffer of `cap` codes (cap >= 2). count receives the number of
 // codes made, as Pack_LZW reports it.
 template <class Out>
-PackResult LzwPack(const BYTE* src, ULONG srcLen, UINT64 cap, Out& out, ULONG& count) {
+PackResult LzwPack(const BYTE* src, ULONG srcLen, UINT64 cap, Out& result, ULONG& count) {
+    // The writer works on a local copy, so its state stays in registers.
+    Out out = result;
+    auto finish = [&](PackResult r, UINT64 n) {
+        result = out;
+        count = static_cast<ULONG>(n);
+        return r;
+    };
     LzwEncoderDict dict(srcLen);
+    const unsigned shift = dict.Shift(), mask = dict.Mask();
     out.Put(kLzwClear);
     UINT64 n = 1;
     unsigned prefix = src[0];
@@ -69,7 +83,7 @@ PackResult LzwPack(const BYTE* src, ULONG srcLen, UINT64 cap, Out& out, ULONG& c
     for (ULONG i = 1; i < srcLen; ++i) {
         const unsigned c = src[i];
         std::uint32_t* slot = nullptr;
-        const unsigned code = dict.Find(prefix, c, slot);
+        const unsigned code = dict.Find(prefix, c, shift, mask, slot);
         if (code != 0) {
             prefix = code;
             continue;
@@ -77,17 +91,11 @@ PackResult LzwPack(const BYTE* src, ULONG srcLen, UINT64 cap, Out& out, ULONG& c
         out.Put(prefix);
         ++n;
         if (entries < kLzwEncoderEntryLimit) {
-            if (n >= cap) {
-                count = static_cast<ULONG>(n);
-                return PackResult::kNoRoom;
-            }
+            if (n >= cap) return finish(PackResult::kNoRoom, n);
             LzwEncoderDict::Add(slot, prefix, c, 257 + entries);
             ++entries;
         } else {
-            if (n + 1 >= cap) {
-                count = static_cast<ULONG>(n);
-                return PackResult::kNoRoom;
-            }
+            if (n + 1 >= cap) return finish(PackResult::kNoRoom, n);
             out.Put(kLzwClear);
             ++n;
             dict.Clear();
@@ -97,14 +105,9 @@ PackResult LzwPack(const BYTE* src, ULONG srcLen, UINT64 cap, Out& out, ULONG& c
     }
     out.Put(prefix);
     ++n;
-    if (n + 1 < cap) {
-        out.Put(kLzwEnd);
-        ++n;
-        count = static_cast<ULONG>(n);
-        return PackResult::kOk;
-    }
-    count = static_cast<ULONG>(n);
-    return PackResult::kNoRoom;
+    if (n + 1 >= cap) return finish(PackResult::kNoRoom, n);
+    out.Put(kLzwEnd);
+    return finish(PackResult::kOk, n + 1);
 }
 
 // Stores codes into a caller's array (room is guaranteed by LzwPack's rules).
@@ -116,7 +119,8 @@ struct CodeArrayOut {
 
 // Packs codes into the variable-width stream, MSB first. Every byte written is checked
 // against dstCap the way TransformDataBits states it: the stream must stay strictly shorter
-// than dstCap. After an overflow nothing more is written.
+// than dstCap, so the writer has overflowed once its length reaches dstCap (at once when
+// dstCap is 0), and then writes nothing more.
 class BitWriter {
 public:
     BitWriter(BYTE* dst, ULONG dstCap) : dst_(dst), cap_(dstCap) {}
@@ -129,21 +133,31 @@ public:
             bits_ += width_;
         }
         ++n_;
-        if (bits_ >= 32) Flush32();
+        if (bits_ >= 32) {
+            bits_ -= 32;
+            const auto word = static_cast<std::uint32_t>(acc_ >> bits_);
+            if (UINT64{len_} + 4 < cap_) {
+                const std::uint32_t be = static_cast<std::uint32_t>(ByteSwap64(word) >> 32);
+                std::memcpy(dst_ + len_, &be, 4);
+                len_ += 4;
+            } else {
+                len_ = PutBytes(dst_, cap_, len_, word, 4);
+            }
+        }
     }
 
     // Writes the pending bits, the last byte padded with zeros. Returns false on overflow.
     bool Finish() {
-        while (bits_ >= 8) {
-            bits_ -= 8;
-            PutByte(static_cast<BYTE>(acc_ >> bits_));
+        if (bits_ > 0) {
+            const unsigned bytes = (bits_ + 7) / 8;
+            const auto word = static_cast<std::uint32_t>(acc_ << (8 * bytes - bits_));
+            len_ = PutBytes(dst_, cap_, len_, word << (32 - 8 * bytes), bytes);
+            bits_ = 0;
         }
-        if (bits_ > 0) PutByte(static_cast<BYTE>(acc_ << (8 - bits_)));
-        bits_ = 0;
-        return !overflow_;
+        return !Overflow();
     }
     ULONG Length() const { return len_; }
-    bool Overflow() const { return overflow_; }
+    bool Overflow() const { return len_ >= cap_; }
 
 private:
     // A code at a width step, or a clear code (which restarts the widths when written at 12
@@ -162,28 +176,13 @@ private:
         }
     }
 
-    void Flush32() {
-        bits_ -= 32;
-        const auto word = static_cast<std::uint32_t>(acc_ >> bits_);
-        if (UINT64{len_} + 4 < cap_) {
-            BYTE* p = dst_ + len_;
-            p[0] = static_cast<BYTE>(word >> 24);
-            p[1] = static_cast<BYTE>(word >> 16);
-            p[2] = static_cast<BYTE>(word >> 8);
-            p[3] = static_cast<BYTE>(word);
-            len_ += 4;
-            return;
-        }
-        for (int k = 24; k >= 0; k -= 8) PutByte(static_cast<BYTE>(word >> k));
-    }
-    void PutByte(BYTE b) {
-        if (overflow_) return;
-        if (len_ >= cap_) {  // only when cap_ is 0: the first byte already reaches it
-            overflow_ = true;
-            return;
-        }
-        dst_[len_++] = b;
-        if (len_ >= cap_) overflow_ = true;
+    // Writes the top `count` bytes of word one at a time until the length reaches cap;
+    // returns the new length.
+    [[gnu::noinline]] static ULONG PutBytes(BYTE* dst, ULONG cap, ULONG len, std::uint32_t word,
+                                            unsigned count) {
+        for (unsigned k = 0; k < count && len < cap; ++k)
+            dst[len++] = static_cast<BYTE>(word >> (24 - 8 * k));
+        return len;
     }
 
     BYTE* dst_;
@@ -194,7 +193,6 @@ private:
     unsigned width_ = 9;
     ULONG n_ = 0;  // codes since the start or the last width reset
     ULONG step_ = kLzwFirstWidthStep;
-    bool overflow_ = false;
 };
 
 }  // namespace
