@@ -60,5 +60,9 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/kxBaseCommonConfigVersion
 install(FILES ${PROJECT_BINARY_DIR}/kxBaseCommonConfig.cmake
     ${PROJECT_BINARY_DIR}/kxBaseCommonConfigVersion.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/kxBaseCommon)
+# The pkg-config file finds its prefix relative to itself, so an install moved to another
+# prefix (cmake --install --prefix, DESTDIR packaging) still resolves.
+file(RELATIVE_PATH KXBASE_PC_TO_PREFIX
+    ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/kxbase.pc.in ${PROJECT_BINARY_DIR}/kxbase.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kxbase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
