@@ -53,7 +53,7 @@ bool ComputeExtremes(const ELLPARAM& p, Extremes& x) {
 }
 
 LONG AddSat(LONG base, double extent) {
-    const std::int64_t v = std::int64_t{base} + Trunc32(extent);
+    const std::int64_t v = std::int64_t{base} + TruncI32(extent);
     return v > INT32_MAX ? INT32_MAX : v < INT32_MIN ? INT32_MIN : static_cast<LONG>(v);
 }
 
@@ -145,7 +145,7 @@ int CEllipse::GetEllipseBorder(const ELLPARAM& param, RECT& border) {
     Extremes x;
     if (!ComputeExtremes(param, x)) return 0;
     // Rounding without the 1e-10 epsilon; differs from GetEllBoundary on purpose.
-    auto round = [](double v) { return Trunc32(v > 0.0 ? v + 0.5 : v - 0.5); };
+    auto round = [](double v) { return TruncI32(v > 0.0 ? v + 0.5 : v - 0.5); };
     border.left = round(x.xLeft);
     border.top = round(x.yTop);
     border.right = AddSat(border.left, x.xRight - x.xLeft + 1.5);

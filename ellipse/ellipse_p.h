@@ -11,6 +11,8 @@
 #include <kxbase/platform/carray.h>
 #include <kxbase/platform/types.h>
 
+#include "geometry/saturate_p.h"
+
 namespace kxbase::detail::ell {
 
 inline constexpr double kPi = 3.14159265358979323846;
@@ -43,12 +45,7 @@ inline double Div(double x, double m) {
 }
 
 /// Truncation toward zero into int32, clamped to its range; NaN gives 0.
-inline std::int32_t Trunc32(double v) {
-    if (v >= 2147483647.0) return std::numeric_limits<std::int32_t>::max();
-    if (v <= -2147483648.0) return std::numeric_limits<std::int32_t>::min();
-    if (v != v) return 0;
-    return static_cast<std::int32_t>(v);
-}
+using kxbase::detail::TruncI32;
 /// Floor into int64, clamped to +-2^62; NaN gives 0. Written without the library floor so
 /// that the per-row solvers stay free of calls on the baseline instruction set.
 inline std::int64_t Floor64(double v) {
@@ -67,7 +64,7 @@ inline std::int64_t Ceil64(double v) {
 inline std::int32_t RoundHalfAway(double v) {
     v = v >= 0.0 ? v + 0.5 : v - 0.5;
     v = v < 0.0 ? v - 1e-10 : v + 1e-10;
-    return Trunc32(v);
+    return TruncI32(v);
 }
 
 /// True when the device interval [lo, hi] lies within the coordinate range and spans at

@@ -91,7 +91,7 @@ void CEllipse::PrecisePoint(double x, double y, POINT& out) {
         const double fl = std::floor(ZelFloatPrecision(v, 8, 1));
         // The cut compares the unrounded value, so a value a few 1e-9 below an integer
         // rounds up to it and a fraction of at least 0.499999999999 rounds up.
-        return Trunc32(v - fl < 0.499999999999 ? fl : fl + 1.0);
+        return TruncI32(v - fl < 0.499999999999 ? fl : fl + 1.0);
     };
     out.x = one(x);
     out.y = one(y);
@@ -112,7 +112,7 @@ int CEllipse::RotateRect(const RECT& rc, double angle, POINT pts[4]) {
     const std::int64_t hw = w / 2, hh = h / 2;
     const std::int64_t oddW = w & 1, oddH = h & 1;
     auto pt = [](std::int64_t x, std::int64_t y) {
-        return POINT{Trunc32(static_cast<double>(x)), Trunc32(static_cast<double>(y))};
+        return POINT{TruncI32(static_cast<double>(x)), TruncI32(static_cast<double>(y))};
     };
     // The angle is used as given (no normalisation); only the four references are tested.
     if (NearZeroOrPi(angle)) {
@@ -138,10 +138,10 @@ int CEllipse::RotateRect(const RECT& rc, double angle, POINT pts[4]) {
     turn(-static_cast<double>(hw), -static_cast<double>(hh), x0, y0);
     turn(-static_cast<double>(hw), static_cast<double>(hh + oddH), x1, y1);
     const double fx = static_cast<double>(cx), fy = static_cast<double>(cy);
-    pts[0] = POINT{Trunc32(fx + x0), Trunc32(fy + y0)};
-    pts[1] = POINT{Trunc32(fx + x1), Trunc32(fy + y1)};
-    pts[2] = POINT{Trunc32(fx - x0), Trunc32(fy - y0)};
-    pts[3] = POINT{Trunc32(fx - x1), Trunc32(fy - y1)};
+    pts[0] = POINT{TruncI32(fx + x0), TruncI32(fy + y0)};
+    pts[1] = POINT{TruncI32(fx + x1), TruncI32(fy + y1)};
+    pts[2] = POINT{TruncI32(fx - x0), TruncI32(fy - y0)};
+    pts[3] = POINT{TruncI32(fx - x1), TruncI32(fy - y1)};
     // Quadrant code with the sign of the dividend (C remainder).
     const double q = std::trunc(2.0 * angle / kPi);
     if (!(std::fabs(q) < 1e15)) return 0;

@@ -137,7 +137,7 @@ INT64 CEllipse::MidPointEllipseLine(const CRect& rc, double angle, CArray<POINT>
 
 int CEllipse::EllipseRasterLine(const RECTD& rc, const ATransform& t, CArray<POINT>& spans,
                                 RECT* border) {
-    const int top = Trunc32(std::floor(rc.top));
+    const int top = TruncI32(std::floor(rc.top));
     try {
         const double w = rc.right - rc.left, h = rc.bottom - rc.top;
         if (!(w > 0.0) || !(h > 0.0)) {
