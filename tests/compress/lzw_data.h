@@ -15,49 +15,25 @@ struct Sample {
     Bytes data;
 };
 
-// kind: 0 packed 1-bit print lines (white paper, short strokes, a rule every 17 lines of
-// 877 bytes), 1 halftone (alternating patterns with noise), 2 24-bit photo (gradients with
-// noise), 3 random, 4 one repeated byte, 5 alternating 00/FF, 6 every byte value in turn
-// (no two-byte string repeats for 64 KiB), 7 text.
+// kind: 0 packed 1-bit print lines (white paper, sparse dots, a rule every 17 lines of 877
+// bytes), 1 halftone (alternating patterns with noise), 2 24-bit photo (gradients with noise),
+// 3 random, 4 the byte `seed` repeated, 5 alternating 00/FF, 6 every byte value in turn (no
+// two-byte string repeats for 64 KiB), 7 text.
 inline Bytes Make(int kind, std::size_t n, unsigned seed = 1) {
     static const char kWords[] = "colour printer job dots halftone raster page band 720 dpi ";
     std::mt19937 rng(seed);
     Bytes out(n);
-    for (std::size_t i = 0; i < n; ++i) {
-        const std::size_t x = i % 877;
-        switch (kind) {
-            case 0:
-                out[i] = (i / 877) % 17 == 0 && x > 100 && x < 777 ? 0xFF
-                         : rng() % 97 == 0                         ? 0x81
-                                                                   : 0;
-                break;
-            case 1:
-                out[i] = rng() % 16 == 0 ? static_cast<std::uint8_t>(rng())
-                         : (i / 7) % 2   ? 0xAA
-                                         : 0x55;
-                break;
-            case 2:
-                out[i] =
-                    static_cast<std::uint8_t>(i % 3 == 0   ? (i / 3) % 300 * 255 / 300 + rng() % 4
-                                              : i % 3 == 1 ? (i / 900) * 3 + rng() % 3
-                                                           : 128 + (i / 3) % 32);
-                break;
-            case 3:
-                out[i] = static_cast<std::uint8_t>(rng());
-                break;
-            case 4:
-                out[i] = static_cast<std::uint8_t>(seed);
-                break;
-            case 5:
-                out[i] = i % 2 ? 0xFF : 0x00;
-                break;
-            case 6:
-                out[i] = static_cast<std::uint8_t>(i + i / 256);
-                break;
-            default:
-                out[i] = static_cast<std::uint8_t>(kWords[i % (sizeof(kWords) - 1)]);
-                break;
-        }
+    for (std::size_t at = 0; at < n; ++at) {
+        const auto i = static_cast<unsigned>(at), r = static_cast<unsigned>(rng()), x = i % 877;
+        const unsigned photo[] = {(i / 3) % 300 * 255 / 300 + r % 4, (i / 900) * 3 + r % 3,
+                                  128 + (i / 3) % 32};
+        const bool rule = (i / 877) % 17 == 0 && x > 100 && x < 777;
+        const unsigned dots = rule ? 0xFFu : r % 97 == 0 ? 0x81u : 0u;
+        const unsigned tone = r % 16 == 0 ? r >> 8 : (i / 7) % 2 ? 0xAAu : 0x55u;
+        const unsigned word = static_cast<unsigned char>(kWords[i % (sizeof(kWords) - 1)]);
+        const unsigned v[] = {dots,        tone, photo[i % 3], r, seed, i % 2 ? 0xFFu : 0u,
+                              i + i / 256, word};
+        out[at] = static_cast<std::uint8_t>(v[kind]);
     }
     return out;
 }
