@@ -1,5 +1,6 @@
 // Golden vectors of the lzw family: the LZW codec's public stages and its protected helpers
 // (IsStrInList, Init), reached through a test-only derived class.
+#include <algorithm>
 #include <vector>
 
 #include <kxbase/compress/compress.h>
@@ -18,104 +19,59 @@ struct LzwProbe : ACompress {
 
 constexpr ULONG kUntouched = 0xA5A5A5A5u;
 
-// A length output: null when the routine left it alone.
-conf::json Length(ULONG v) {
-    return v == kUntouched ? conf::json() : conf::json(v);
-}
-
-std::vector<WORD> Codes(const conf::json& v) {
-    std::vector<WORD> out;
-    for (const auto& c : v) out.push_back(static_cast<WORD>(conf::u32(c)));
-    return out;
-}
-
-conf::json CodesJson(const WORD* p, ULONG n) {
-    conf::json a = conf::json::array();
-    for (ULONG i = 0; i < n; ++i) a.push_back(p[i]);
-    return a;
-}
-
-// Source bytes: a null pointer for JSON null; never an empty vector's null data pointer.
-struct Source {
-    std::vector<BYTE> bytes;
-    bool null;
-    explicit Source(const conf::json& v) : bytes(conf::bytes(v)), null(v.is_null()) {
-        bytes.push_back(0);  // keeps data() valid for empty hex
+// Runs one stage: input `src` bytes (srcLen) or `codes` (codeCount), output `dst` bytes
+// (dstCap, dstLen) or `codes` (codeCap, codeCount). A JSON null input, or a null output named
+// in the arguments, is passed as a null pointer; a length left alone comes back as null.
+template <class In, class Out, class Fn>
+conf::json Stage(const conf::json& a, Fn fn) {
+    constexpr bool codesIn = sizeof(In) == 2, codesOut = sizeof(Out) == 2;
+    const conf::json& in = a.at(codesIn ? "codes" : "src");
+    std::vector<In> src;
+    if constexpr (codesIn) {
+        for (const auto& c : in) src.push_back(static_cast<WORD>(conf::u32(c)));
+    } else {
+        src = conf::bytes(in);
     }
-    const BYTE* get() const { return null ? nullptr : bytes.data(); }
-};
-
-// Runs one of the byte-in, byte-out codecs with a dst of dstCap bytes (or null).
-template <class Fn>
-conf::json ByteCodec(const conf::json& a, Fn fn) {
-    const Source src(a.at("src"));
-    const ULONG cap = conf::u32(a.at("dstCap"));
-    std::vector<BYTE> dst(cap + 1);
-    const bool nullDst = a.contains("dst") && a["dst"].is_null();
+    src.push_back(0);  // keeps data() valid for an empty input
+    const ULONG n = conf::u32(a.at(codesIn ? "codeCount" : "srcLen"));
+    const char* outKey = codesOut ? "codes" : "dst";
+    const char* capKey = codesOut ? "codeCap" : "dstCap";
+    const auto cap = a.contains(capKey) ? conf::u32(a[capKey]) : ACompress::LzwResumeCodeBound(n);
+    std::vector<Out> dst(cap + 1);
+    const bool nullOut = a.contains(outKey) && a[outKey].is_null();
     ULONG len = kUntouched;
     const int r =
-        fn(src.get(), conf::u32(a.at("srcLen")), nullDst ? nullptr : dst.data(), cap, len);
-    conf::json out{{"value", r}, {"dstLen", Length(len)}};
-    if (r == 1) out["dst"] = conf::hex(dst.data(), len);
+        fn(in.is_null() ? nullptr : src.data(), n, nullOut ? nullptr : dst.data(), ULONG(cap), len);
+    conf::json out{
+        {"value", r},
+        {codesOut ? "codeCount" : "dstLen", len == kUntouched ? conf::json() : conf::json(len)}};
+    if (r != 1) return out;
+    if constexpr (codesOut) {
+        out[outKey] = std::vector<WORD>(dst.begin(), dst.begin() + len);
+    } else {
+        out[outKey] = conf::hex(dst.data(), len);
+    }
     return out;
 }
 
 static conf::Register reg{
-    {"ACompress::Comp_LZW", [](const conf::json& a) { return ByteCodec(a, ACompress::Comp_LZW); }},
+    {"ACompress::Comp_LZW",
+     [](const conf::json& a) { return Stage<BYTE, BYTE>(a, ACompress::Comp_LZW); }},
     {"ACompress::UnComp_LZW",
-     [](const conf::json& a) { return ByteCodec(a, ACompress::UnComp_LZW); }},
+     [](const conf::json& a) { return Stage<BYTE, BYTE>(a, ACompress::UnComp_LZW); }},
     {"ACompress::Pack_LZW",
-     [](const conf::json& a) {
-         const Source src(a.at("src"));
-         const ULONG cap = conf::u32(a.at("codeCap"));
-         std::vector<WORD> codes(cap + 1);
-         const bool nullCodes = a.contains("codes") && a["codes"].is_null();
-         ULONG count = kUntouched;
-         const int r = ACompress::Pack_LZW(src.get(), conf::u32(a.at("srcLen")),
-                                           nullCodes ? nullptr : codes.data(), cap, count);
-         conf::json out{{"value", r}, {"codeCount", Length(count)}};
-         if (r == 1) out["codes"] = CodesJson(codes.data(), count);
-         return out;
-     }},
+     [](const conf::json& a) { return Stage<BYTE, WORD>(a, ACompress::Pack_LZW); }},
     {"ACompress::UnPack_LZW",
-     [](const conf::json& a) {
-         const bool nullCodes = a.at("codes").is_null();
-         std::vector<WORD> codes = Codes(a.at("codes"));
-         codes.push_back(0);
-         const ULONG cap = conf::u32(a.at("dstCap"));
-         std::vector<BYTE> dst(cap + 1);
-         ULONG len = kUntouched;
-         const int r = ACompress::UnPack_LZW(nullCodes ? nullptr : codes.data(),
-                                             conf::u32(a.at("codeCount")), dst.data(), cap, len);
-         conf::json out{{"value", r}, {"dstLen", Length(len)}};
-         if (r == 1) out["dst"] = conf::hex(dst.data(), len);
-         return out;
-     }},
+     [](const conf::json& a) { return Stage<WORD, BYTE>(a, ACompress::UnPack_LZW); }},
     {"ACompress::TransformDataBits",
-     [](const conf::json& a) {
-         const bool nullCodes = a.at("codes").is_null();
-         std::vector<WORD> codes = Codes(a.at("codes"));
-         codes.push_back(0);
-         const ULONG cap = conf::u32(a.at("dstCap"));
-         std::vector<BYTE> dst(cap + 1);
-         ULONG len = kUntouched;
-         const int r =
-             ACompress::TransformDataBits(nullCodes ? nullptr : codes.data(),
-                                          conf::u32(a.at("codeCount")), dst.data(), cap, len);
-         conf::json out{{"value", r}, {"dstLen", Length(len)}};
-         if (r == 1) out["dst"] = conf::hex(dst.data(), len);
-         return out;
-     }},
+     [](const conf::json& a) { return Stage<WORD, BYTE>(a, ACompress::TransformDataBits); }},
     {"ACompress::ResumeDataBit",
      [](const conf::json& a) {
-         const Source src(a.at("src"));
-         const ULONG srcLen = conf::u32(a.at("srcLen"));
-         std::vector<WORD> codes(ACompress::LzwResumeCodeBound(srcLen) + 1);
-         ULONG count = kUntouched;
-         const int r = ACompress::ResumeDataBit(src.get(), srcLen, codes.data(), count);
-         conf::json out{{"value", r}, {"codeCount", Length(count)}};
-         if (r == 1) out["codes"] = CodesJson(codes.data(), count);
-         return out;
+         // No capacity argument: the stage gets LzwResumeCodeBound(srcLen) codes.
+         return Stage<BYTE, WORD>(a,
+                                  [](const BYTE* src, ULONG n, WORD* codes, ULONG, ULONG& count) {
+                                      return ACompress::ResumeDataBit(src, n, codes, count);
+                                  });
      }},
     {"ACompress::IsStrInList",
      [](const conf::json& a) {
@@ -123,8 +79,7 @@ static conf::Register reg{
          std::vector<BYTE> table(LzwProbe::kLzwNodeSize);
          for (const auto& n : a.at("nodes")) {
              const std::size_t o = conf::u32(n[0]);
-             if (table.size() < o + LzwProbe::kLzwNodeSize)
-                 table.resize(o + LzwProbe::kLzwNodeSize);
+             table.resize(std::max<std::size_t>(table.size(), o + LzwProbe::kLzwNodeSize));
              const unsigned next = conf::u32(n[2]);
              table[o] = static_cast<BYTE>(conf::u32(n[1]));
              table[o + 1] = static_cast<BYTE>(next);
