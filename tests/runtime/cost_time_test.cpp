@@ -14,18 +14,16 @@ INT64 g_now = 0;
 bool g_counterWorks = true;
 
 // Installs the fake clocks for one test; restores the real clocks and frequency after.
-class FakeClock : public ::testing::Test {
-protected:
-    void SetUp() override {
-        saved_ = CostTimeAccess::Frequency();
+struct FakeClock : ::testing::Test {
+    const INT64 saved = CostTimeAccess::Frequency();
+    FakeClock() {
         kxbase::detail::SetCostTimeClocks([](INT64* v) { return *v = g_now, g_counterWorks; },
                                           [] { return static_cast<UINT64>(g_now); });
     }
-    void TearDown() override {
+    ~FakeClock() override {
         kxbase::detail::SetCostTimeClocks(nullptr, nullptr);
-        CostTimeAccess::SetFrequency(saved_);
+        CostTimeAccess::SetFrequency(saved);
     }
-    INT64 saved_ = 0;
 };
 
 }  // namespace

@@ -3,41 +3,32 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include <kxbase/platform/module.h>
 #include <kxbase/runtime/env_obj.h>
 #include <kxbase/runtime/resource_handle.h>
 
-namespace {
-KxScreenMetrics g_screen;
-bool g_hasScreen = true;
-}  // namespace
-
 // Near-equal densities not snapped to x, unequal ones snapped, a screen of 0 mm not giving
 // infinity, or no screen giving NaN instead of zeros.
 TEST(AEnvObj, ResolutionFromScreenMetrics) {
-    struct Case {
-        bool screen;
-        KxScreenMetrics m;
-        double dpiX, dpiY;
-    } const cases[] = {
+    static KxScreenMetrics screen;
+    static bool hasScreen;
+    const KxScreenProvider saved =
+        KxSetScreenProvider([](KxScreenMetrics* out) { return *out = screen, hasScreen; });
+    // has a screen, metrics, the resulting x and y density
+    const std::tuple<bool, KxScreenMetrics, double, double> cases[] = {
         {true, {32, 1920, 1080, 96, 96, 508, 286}, 96.0, 96.0},  // close: y snaps to x
         {true, {24, 1000, 1000, 96, 96, 254, 127}, 100.0, 200.0},
         {false, {32, 1920, 1080, 96, 96, 508, 286}, 0.0, 0.0},
-        {true, {32, 1920, 1080, 96, 96, 0, 0}, INFINITY, INFINITY},
-    };
-    const KxScreenProvider saved = KxSetScreenProvider([](KxScreenMetrics* out) {
-        *out = g_screen;
-        return g_hasScreen;
-    });
-    for (const Case& c : cases) {
-        g_screen = c.m;
-        g_hasScreen = c.screen;
+        {true, {32, 1920, 1080, 96, 96, 0, 0}, INFINITY, INFINITY}};
+    for (const auto& [has, m, dpiX, dpiY] : cases) {
+        screen = m, hasScreen = has;
         AEnvObj env;
         EXPECT_EQ(env.Init(1), 1);
-        EXPECT_EQ(env.m_dScreenDpiX, c.dpiX) << c.m.horzSize;
-        EXPECT_EQ(env.m_dScreenDpiY, c.dpiY) << c.m.horzSize;
-        EXPECT_EQ(env.m_nVertSize, c.screen ? c.m.vertSize : 0);
+        EXPECT_EQ(std::tuple(env.m_dScreenDpiX, env.m_dScreenDpiY, env.m_nVertSize),
+                  std::tuple(dpiX, dpiY, has ? m.vertSize : 0))
+            << m.horzSize;
     }
     KxSetScreenProvider(saved);
 }

@@ -7,10 +7,13 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <tuple>
+#include <utility>
 
 #include <kxbase/runtime/thread.h>
 #include <kxbase/widgets/messages.h>
@@ -28,11 +31,10 @@ struct Worker : kxBaseThread {
     ~Worker() override { Terminate(1000); }
 
     DWORD Run() override {
-        seenParam.store(m_pParam);
-        runs.fetch_add(1);
-        const std::shared_ptr<void> unwound(nullptr, [this](void*) { unwinds.fetch_add(1); });
-        while ((body == Body::UntilNeedExit && !IsNeedExit()) ||
-               (body == Body::IgnoreFlag && !release.load()))
+        seenParam = m_pParam;
+        ++runs;
+        const std::shared_ptr<void> unwound(nullptr, [this](void*) { ++unwinds; });
+        while (body == Body::UntilNeedExit ? !IsNeedExit() : body == Body::IgnoreFlag && !release)
             std::this_thread::sleep_for(1ms);
         if (body == Body::Throw) throw std::runtime_error("body failed");
         return 7;
@@ -52,10 +54,9 @@ struct Worker : kxBaseThread {
     std::atomic<void*> seenParam{nullptr};
 };
 
-template <class Pred>
-bool WaitFor(Pred pred) {
-    const auto end = Clock::now() + 5s;
-    while (!pred() && Clock::now() < end) std::this_thread::sleep_for(1ms);
+bool WaitFor(const std::function<bool()>& pred) {
+    for (const auto end = Clock::now() + 5s; !pred() && Clock::now() < end;)
+        std::this_thread::sleep_for(1ms);
     return pred();
 }
 
@@ -93,28 +94,26 @@ TEST(Thread, CreatedSuspendedUntilResume) {
 // time-out; an escaping exception that takes the process down; parameters released before
 // the body is gone.
 TEST(Thread, TerminateStopsLetsGoOrEndsUnstartedBodies) {
-    const struct {
-        Body body;
-        bool resume;
-        DWORD timeout;
-        std::chrono::milliseconds atLeast, below;
-    } cases[] = {{Body::UntilNeedExit, true, 10000, 0ms, 2000ms},
-                 {Body::IgnoreFlag, true, 0, 0ms, 1000ms},
-                 {Body::Return, false, 60, 60ms, 5000ms},
-                 {Body::Throw, true, 1000, 0ms, 2000ms}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(static_cast<int>(c.body));
-        Worker w(c.body);
+    // body, time-out, lower and upper bound of Terminate's time; only Return is not resumed.
+    const std::tuple<Body, DWORD, std::chrono::milliseconds, std::chrono::milliseconds> cases[] = {
+        {Body::UntilNeedExit, 10000, 0ms, 2000ms},
+        {Body::IgnoreFlag, 0, 0ms, 1000ms},
+        {Body::Return, 60, 60ms, 5000ms},
+        {Body::Throw, 1000, 0ms, 2000ms}};
+    for (const auto& [body, timeout, atLeast, below] : cases) {
+        SCOPED_TRACE(static_cast<int>(body));
+        const bool resume = body != Body::Return, letGo = body == Body::IgnoreFlag;
+        Worker w(body);
         ASSERT_TRUE(w.Create(nullptr));
-        if (c.resume) w.Resume();
-        ASSERT_TRUE(WaitFor([&] { return w.runs.load() == (c.resume ? 1 : 0); }));
+        if (resume) w.Resume();
+        ASSERT_TRUE(WaitFor([&] { return w.runs.load() == (resume ? 1 : 0); }));
         const auto start = Clock::now();
-        EXPECT_TRUE(w.Terminate(c.timeout));
+        EXPECT_TRUE(w.Terminate(timeout));
         const auto took = Clock::now() - start;
-        EXPECT_TRUE(took >= c.atLeast && took < c.below && !w.IsCreated());
+        EXPECT_TRUE(took >= atLeast && took < below && !w.IsCreated());
         std::this_thread::sleep_for(20ms);
-        EXPECT_EQ(w.IsTerminated(), c.body != Body::IgnoreFlag);  // a let-go body runs on
-        EXPECT_EQ(w.unwinds.load(), c.body == Body::IgnoreFlag ? 0 : w.runs.load());
+        EXPECT_EQ(w.IsTerminated(), !letGo);  // a let-go body runs on
+        EXPECT_EQ(w.unwinds.load(), letGo ? 0 : w.runs.load());
         w.release.store(true);
         ASSERT_TRUE(WaitFor([&] { return w.IsTerminated(); }));
         EXPECT_EQ(w.unwinds.load(), w.runs.load());
@@ -135,17 +134,15 @@ TEST(Thread, PriorityLevelsMapOntoNiceValues) {
     ASSERT_TRUE(w.Create(nullptr));
     const auto nice = [&] { return getpriority(PRIO_PROCESS, static_cast<id_t>(w.GetThreadId())); };
     const int normal = nice();
-    const struct {
-        int level, nice;  // nice relative to normal
-    } cases[] = {{-2, 10}, {-1, 5}, {0, 0}, {5, 0}, {-3, 0}, {15, 0}, {2, -10}, {1, -5}};
-    int current = normal;
-    for (const auto& c : cases) {
-        const int expected = std::clamp(normal + c.nice, -20, 19);
-        const bool set = w.SetThreadPriority(c.level) != 0;
+    int current = normal;  // level, then nice relative to normal
+    for (auto [level, rel] :
+         {std::pair{-2, 10}, {-1, 5}, {0, 0}, {5, 0}, {-3, 0}, {15, 0}, {2, -10}, {1, -5}}) {
+        const int expected = std::clamp(normal + rel, -20, 19);
+        const bool set = w.SetThreadPriority(level) != 0;
         // Only a raise may be refused (no right to it), and then the thread stays put.
-        EXPECT_TRUE(set || (expected < current && (errno == EACCES || errno == EPERM))) << c.level;
+        EXPECT_TRUE(set || (expected < current && (errno == EACCES || errno == EPERM))) << level;
         current = set ? expected : current;
-        EXPECT_EQ(nice(), current) << c.level;
+        EXPECT_EQ(nice(), current) << level;
     }
     w.Resume();
 }
