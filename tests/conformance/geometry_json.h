@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 #include <vector>
 
 #include <kxbase/geometry.h>
@@ -77,15 +78,25 @@ inline json to_json(const TransMatrix& m) {
         {dbl(m.eM11), dbl(m.eM12), dbl(m.eM21), dbl(m.eM22), dbl(m.eDx), dbl(m.eDy)});
 }
 
+// Lists of points, rectangles or plain numbers.
 template <class P>
 json to_json(const P* p, std::size_t n) {
     json a = json::array();
-    for (std::size_t i = 0; i < n; ++i) a.push_back(to_json(p[i]));
+    for (std::size_t i = 0; i < n; ++i) {
+        if constexpr (std::is_arithmetic_v<P>)
+            a.push_back(p[i]);
+        else
+            a.push_back(to_json(p[i]));
+    }
     return a;
 }
 template <class P>
 json to_json(const std::vector<P>& v) {
     return to_json(v.data(), v.size());
+}
+template <class P>
+json to_json(const CArray<P>& v) {
+    return to_json(v.GetData(), static_cast<std::size_t>(v.GetSize()));
 }
 
 }  // namespace conf::geo

@@ -17,13 +17,11 @@ struct LzwProbe : ACompress {
     using ACompress::m_pRowTable;
 };
 
-constexpr ULONG kUntouched = 0xA5A5A5A5u;
-
 // Runs one stage: input `src` bytes (srcLen) or `codes` (codeCount), output `dst` bytes
 // (dstCap, dstLen) or `codes` (codeCap, codeCount). A JSON null input, or a null output named
 // in the arguments, is passed as a null pointer; a length left alone comes back as null.
-template <class In, class Out, class Fn>
-conf::json Stage(const conf::json& a, Fn fn) {
+template <class In, class Out>
+const auto stage = [](const conf::json& a, auto fn) {
     constexpr bool codesIn = sizeof(In) == 2, codesOut = sizeof(Out) == 2;
     const conf::json& in = a.at(codesIn ? "codes" : "src");
     std::vector<In> src;
@@ -36,39 +34,29 @@ conf::json Stage(const conf::json& a, Fn fn) {
     const ULONG n = conf::u32(a.at(codesIn ? "codeCount" : "srcLen"));
     const char* outKey = codesOut ? "codes" : "dst";
     const char* capKey = codesOut ? "codeCap" : "dstCap";
-    const auto cap = a.contains(capKey) ? conf::u32(a[capKey]) : ACompress::LzwResumeCodeBound(n);
-    std::vector<Out> dst(cap + 1);
-    const bool nullOut = a.contains(outKey) && a[outKey].is_null();
-    ULONG len = kUntouched;
-    const int r =
-        fn(in.is_null() ? nullptr : src.data(), n, nullOut ? nullptr : dst.data(), ULONG(cap), len);
-    conf::json out{
-        {"value", r},
-        {codesOut ? "codeCount" : "dstLen", len == kUntouched ? conf::json() : conf::json(len)}};
+    const ULONG cap = a.contains(capKey) ? conf::u32(a[capKey]) : ACompress::LzwResumeCodeBound(n);
+    conf::CapOut<Out> dst(a, outKey, cap);
+    const int r = fn(in.is_null() ? nullptr : src.data(), n, dst.get(), cap, dst.len);
+    conf::json out{{"value", r}, {codesOut ? "codeCount" : "dstLen", dst.length()}};
     if (r != 1) return out;
     if constexpr (codesOut) {
-        out[outKey] = std::vector<WORD>(dst.begin(), dst.begin() + len);
+        out[outKey] = std::vector<WORD>(dst.v.begin(), dst.v.begin() + dst.len);
     } else {
-        out[outKey] = conf::hex(dst.data(), len);
+        out[outKey] = conf::hex(dst.v.data(), dst.len);
     }
     return out;
-}
+};
 
 static conf::Register reg{
-    {"ACompress::Comp_LZW",
-     [](const conf::json& a) { return Stage<BYTE, BYTE>(a, ACompress::Comp_LZW); }},
-    {"ACompress::UnComp_LZW",
-     [](const conf::json& a) { return Stage<BYTE, BYTE>(a, ACompress::UnComp_LZW); }},
-    {"ACompress::Pack_LZW",
-     [](const conf::json& a) { return Stage<BYTE, WORD>(a, ACompress::Pack_LZW); }},
-    {"ACompress::UnPack_LZW",
-     [](const conf::json& a) { return Stage<WORD, BYTE>(a, ACompress::UnPack_LZW); }},
-    {"ACompress::TransformDataBits",
-     [](const conf::json& a) { return Stage<WORD, BYTE>(a, ACompress::TransformDataBits); }},
+    {"ACompress::Comp_LZW", conf::with(stage<BYTE, BYTE>, ACompress::Comp_LZW)},
+    {"ACompress::UnComp_LZW", conf::with(stage<BYTE, BYTE>, ACompress::UnComp_LZW)},
+    {"ACompress::Pack_LZW", conf::with(stage<BYTE, WORD>, ACompress::Pack_LZW)},
+    {"ACompress::UnPack_LZW", conf::with(stage<WORD, BYTE>, ACompress::UnPack_LZW)},
+    {"ACompress::TransformDataBits", conf::with(stage<WORD, BYTE>, ACompress::TransformDataBits)},
     {"ACompress::ResumeDataBit",
      [](const conf::json& a) {
          // No capacity argument: the stage gets LzwResumeCodeBound(srcLen) codes.
-         return Stage<BYTE, WORD>(a,
+         return stage<BYTE, WORD>(a,
                                   [](const BYTE* src, ULONG n, WORD* codes, ULONG, ULONG& count) {
                                       return ACompress::ResumeDataBit(src, n, codes, count);
                                   });
@@ -91,8 +79,8 @@ static conf::Register reg{
              static_cast<WORD>(conf::u32(a.at("prefix"))), static_cast<BYTE>(conf::u32(a.at("ch"))),
              table.data(), static_cast<WORD>(conf::u32(a.at("first"))), &code, &last);
          return conf::json{{"value", r},
-                           {"code", code == kSentinel ? conf::json() : conf::json(code)},
-                           {"last", last == kSentinel ? conf::json() : conf::json(last)}};
+                           {"code", conf::or_null(code, kSentinel)},
+                           {"last", conf::or_null(last, kSentinel)}};
      }},
     {"ACompress::Init",
      [](const conf::json&) {

@@ -5,16 +5,8 @@
 
 namespace {
 
+using conf::Buf;
 using conf::json;
-using Bytes = std::vector<std::uint8_t>;
-
-// A buffer argument: null for JSON null or absent, else its bytes.
-struct Buf {
-    Bytes b;
-    bool null;
-    explicit Buf(const json& v) : b(v.is_null() ? Bytes{} : conf::bytes(v)), null(v.is_null()) {}
-    BYTE* get() { return null ? nullptr : b.data(); }
-};
 
 const conf::Register reg{
     {"ACompress::ZoomBits",

@@ -8,12 +8,6 @@ using namespace ellconf;
 using conf::Handler;
 using conf::json;
 
-// Wraps a handler taking (args, rectangle) into one that reads the rectangle as R.
-template <class R, class F>
-Handler OnRect(F f) {
-    return [f](const json& a) { return f(a, RectOf<R>(a["rc"])); };
-}
-
 // Outputs of the bounds routines; a point left untouched is null.
 template <class P, class Call>
 json Bounds(Call call) {
@@ -21,7 +15,7 @@ json Bounds(Call call) {
     RECT b = SentinelRect();
     const int ok = call(pts, &b, &c);
     return json{{"value", ok},
-                {"points", Untouched(pts[0]) ? json(nullptr) : J(pts, 4)},
+                {"points", Untouched(pts[0]) ? json(nullptr) : to_json(pts, 4)},
                 {"border", OrNull(b)},
                 {"center", OrNull(c)}};
 }
@@ -44,53 +38,55 @@ json PointCall(Call call) {
     return json{{"value", ok}, {"pt", OrNull(p)}};
 }
 
-const auto paramOf = [](const json& a, auto rc) {
-    double v[6] = {kSentinelD, kSentinelD, kSentinelD, kSentinelD, kSentinelD, kSentinelD};
-    const int ok =
-        CEllipse::GetEllipseParam(rc, Transform(a["t"]), v[0], v[1], v[2], v[3], v[4], v[5]);
-    for (double x : v)
-        if (!ok && x != kSentinelD) throw std::runtime_error("outputs written on failure");
-    return json{{"value", ok}, {"param", ok ? conf::dbls(v, 6) : json(nullptr)}};
-};
+// Calls f with the ellipse of the arguments: "param" for R = ELLPARAM, else "rc" read as R
+// and the transform "t".
+template <class R, class F>
+int OnShape(const json& a, F f) {
+    if constexpr (std::is_same_v<R, ELLPARAM>)
+        return f(Param(a["param"]));
+    else
+        return f(RectOf<R>(a["rc"]), geo::transform(a["t"]));
+}
 
-template <class P>
-Handler BoundsOfParam() {
+template <class R>
+Handler ParamOf() {
     return [](const json& a) {
-        return Bounds<P>([&](P* pts, RECT* b, P* c) {
-            return CEllipse::GetEllBoundary(Param(a["param"]), pts, b, c);
+        double v[6] = {kSentinelD, kSentinelD, kSentinelD, kSentinelD, kSentinelD, kSentinelD};
+        const int ok = OnShape<R>(a, [&](auto... s) {
+            return CEllipse::GetEllipseParam(s..., v[0], v[1], v[2], v[3], v[4], v[5]);
         });
+        for (double x : v)
+            if (!ok && x != kSentinelD) throw std::runtime_error("outputs written on failure");
+        return json{{"value", ok}, {"param", ok ? conf::dbls(v, 6) : json(nullptr)}};
     };
 }
 
 template <class R, class P>
-Handler BoundsOfRect() {
+Handler BoundsOf() {
     return [](const json& a) {
         return Bounds<P>([&](P* pts, RECT* b, P* c) {
-            return CEllipse::GetEllBoundary(RectOf<R>(a["rc"]), Transform(a["t"]), pts, b, c);
+            return OnShape<R>(a,
+                              [&](auto... s) { return CEllipse::GetEllBoundary(s..., pts, b, c); });
         });
     };
 }
 
-const auto borderOf = [](const json& a, auto rc) {
-    RECT b = SentinelRect();
-    const int ok = CEllipse::GetEllipseBorder(rc, Transform(a["t"]), b);
-    return json{{"value", ok}, {"border", OrNull(b)}};
-};
-
-template <class P>
-Handler RayOfParam() {
+template <class R>
+Handler BorderOf() {
     return [](const json& a) {
-        return Ray<P>(a, [&](const P* c, double angle, P& out) {
-            return CEllipse::EllipsePoint(Param(a["param"]), c, angle, out);
-        });
+        RECT b = SentinelRect();
+        const int ok =
+            OnShape<R>(a, [&](auto... s) { return CEllipse::GetEllipseBorder(s..., b); });
+        return json{{"value", ok}, {"border", OrNull(b)}};
     };
 }
 
 template <class R, class P>
-Handler RayOfRect() {
+Handler RayOf() {
     return [](const json& a) {
         return Ray<P>(a, [&](const P* c, double angle, P& out) {
-            return CEllipse::EllipsePoint(RectOf<R>(a["rc"]), Transform(a["t"]), c, angle, out);
+            return OnShape<R>(
+                a, [&](auto... s) { return CEllipse::EllipsePoint(s..., c, angle, out); });
         });
     };
 }
@@ -103,34 +99,29 @@ json FormPoint(const json& a) {
 }
 
 const conf::Register reg{
-    {"CEllipse::GetEllipseParam(RECT,ATransform)", OnRect<RECT>(paramOf)},
-    {"CEllipse::GetEllipseParam(RECTD,ATransform)", OnRect<RECTD>(paramOf)},
+    {"CEllipse::GetEllipseParam(RECT,ATransform)", ParamOf<RECT>()},
+    {"CEllipse::GetEllipseParam(RECTD,ATransform)", ParamOf<RECTD>()},
     {"CEllipse::GetEllipseParam(RECT,double)",
      [](const json& a) {
          double v[4] = {kSentinelD, kSentinelD, kSentinelD, kSentinelD};
-         const int ok = CEllipse::GetEllipseParam(Rect(a["rc"]), conf::num(a["angle"]), v[0], v[1],
-                                                  v[2], v[3]);
+         const int ok = CEllipse::GetEllipseParam(geo::rect(a["rc"]), conf::num(a["angle"]), v[0],
+                                                  v[1], v[2], v[3]);
          return json{{"value", ok},
                      {"form", v[0] == kSentinelD ? json(nullptr) : conf::dbls(v, 4)}};
      }},
-    {"CEllipse::GetEllBoundary(ELLPARAM,POINTD*)", BoundsOfParam<POINTD>()},
-    {"CEllipse::GetEllBoundary(ELLPARAM,POINT*)", BoundsOfParam<POINT>()},
-    {"CEllipse::GetEllBoundary(RECT,ATransform,POINTD*)", BoundsOfRect<RECT, POINTD>()},
-    {"CEllipse::GetEllBoundary(RECTD,ATransform,POINTD*)", BoundsOfRect<RECTD, POINTD>()},
-    {"CEllipse::GetEllBoundary(RECT,ATransform,POINT*)", BoundsOfRect<RECT, POINT>()},
-    {"CEllipse::GetEllBoundary(RECTD,ATransform,POINT*)", BoundsOfRect<RECTD, POINT>()},
-    {"CEllipse::GetEllipseBorder(ELLPARAM)",
-     [](const json& a) {
-         RECT b = SentinelRect();
-         const int ok = CEllipse::GetEllipseBorder(Param(a["param"]), b);
-         return json{{"value", ok}, {"border", OrNull(b)}};
-     }},
-    {"CEllipse::GetEllipseBorder(RECT,ATransform)", OnRect<RECT>(borderOf)},
-    {"CEllipse::GetEllipseBorder(RECTD,ATransform)", OnRect<RECTD>(borderOf)},
+    {"CEllipse::GetEllBoundary(ELLPARAM,POINTD*)", BoundsOf<ELLPARAM, POINTD>()},
+    {"CEllipse::GetEllBoundary(ELLPARAM,POINT*)", BoundsOf<ELLPARAM, POINT>()},
+    {"CEllipse::GetEllBoundary(RECT,ATransform,POINTD*)", BoundsOf<RECT, POINTD>()},
+    {"CEllipse::GetEllBoundary(RECTD,ATransform,POINTD*)", BoundsOf<RECTD, POINTD>()},
+    {"CEllipse::GetEllBoundary(RECT,ATransform,POINT*)", BoundsOf<RECT, POINT>()},
+    {"CEllipse::GetEllBoundary(RECTD,ATransform,POINT*)", BoundsOf<RECTD, POINT>()},
+    {"CEllipse::GetEllipseBorder(ELLPARAM)", BorderOf<ELLPARAM>()},
+    {"CEllipse::GetEllipseBorder(RECT,ATransform)", BorderOf<RECT>()},
+    {"CEllipse::GetEllipseBorder(RECTD,ATransform)", BorderOf<RECTD>()},
     {"CEllipse::GetEllipseBorder(RECT,double)",
      [](const json& a) {
          RECT b = SentinelRect();
-         CEllipse::GetEllipseBorder(Rect(a["rc"]), conf::num(a["angle"]), b);
+         CEllipse::GetEllipseBorder(geo::rect(a["rc"]), conf::num(a["angle"]), b);
          return json{{"border", OrNull(b)}};
      }},
     {"CEllipse::GetTopPoint(ELLPARAM)",
@@ -144,32 +135,32 @@ const conf::Register reg{
          // Points given with a fraction exercise the double overload.
          const json& pt = a["pt"];
          if (pt[0].is_number_integer() && pt[1].is_number_integer())
-             return json{{"value", Probe::EllPointSite(Param(a["param"]), Pt(pt))}};
-         return json{{"value", Probe::EllPointSite(Param(a["param"]), PtD(pt))}};
+             return json{{"value", Probe::EllPointSite(Param(a["param"]), geo::point(pt))}};
+         return json{{"value", Probe::EllPointSite(Param(a["param"]), geo::pointd(pt))}};
      }},
-    {"CEllipse::EllipsePoint(ELLPARAM,POINTD*,double)", RayOfParam<POINTD>()},
-    {"CEllipse::EllipsePoint(ELLPARAM,POINT*,double)", RayOfParam<POINT>()},
-    {"CEllipse::EllipsePoint(RECTD,ATransform,POINTD*,double)", RayOfRect<RECTD, POINTD>()},
-    {"CEllipse::EllipsePoint(RECT,ATransform,POINTD*,double)", RayOfRect<RECT, POINTD>()},
-    {"CEllipse::EllipsePoint(RECTD,ATransform,POINT*,double)", RayOfRect<RECTD, POINT>()},
-    {"CEllipse::EllipsePoint(RECT,ATransform,POINT*,double)", RayOfRect<RECT, POINT>()},
+    {"CEllipse::EllipsePoint(ELLPARAM,POINTD*,double)", RayOf<ELLPARAM, POINTD>()},
+    {"CEllipse::EllipsePoint(ELLPARAM,POINT*,double)", RayOf<ELLPARAM, POINT>()},
+    {"CEllipse::EllipsePoint(RECTD,ATransform,POINTD*,double)", RayOf<RECTD, POINTD>()},
+    {"CEllipse::EllipsePoint(RECT,ATransform,POINTD*,double)", RayOf<RECT, POINTD>()},
+    {"CEllipse::EllipsePoint(RECTD,ATransform,POINT*,double)", RayOf<RECTD, POINT>()},
+    {"CEllipse::EllipsePoint(RECT,ATransform,POINT*,double)", RayOf<RECT, POINT>()},
     {"CEllipse::RotateRect",
      [](const json& a) {
          POINT pts[4];
-         const int q = Probe::RotateRect(Rect(a["rc"]), conf::num(a["angle"]), pts);
-         return json{{"value", q}, {"pts", J(pts, 4)}};
+         const int q = Probe::RotateRect(geo::rect(a["rc"]), conf::num(a["angle"]), pts);
+         return json{{"value", q}, {"pts", to_json(pts, 4)}};
      }},
     {"CEllipse::RectVertex",
      [](const json& a) {
          POINT pts[4];
-         CEllipse::RectVertex(Rect(a["rc"]), pts);
-         return json{{"pts", J(pts, 4)}};
+         CEllipse::RectVertex(geo::rect(a["rc"]), pts);
+         return json{{"pts", to_json(pts, 4)}};
      }},
     {"CEllipse::PrecisePoint",
      [](const json& a) {
          POINT p;
          Probe::PrecisePoint(conf::num(a["x"]), conf::num(a["y"]), p);
-         return json{{"pt", J(p)}};
+         return json{{"pt", to_json(p)}};
      }},
 };
 

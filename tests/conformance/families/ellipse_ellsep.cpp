@@ -11,15 +11,15 @@ using conf::json;
 
 json Run(int n, const json& a) {
     CArray<POINT> pts;
-    for (const auto& p : a["pts"]) pts.Add(Pt(p));
+    for (const auto& p : a["pts"]) pts.Add(geo::point(p));
     int x = conf::i32(a["x"]), y = conf::i32(a["y"]), count = conf::i32(a["count"]);
     const int maxSteps = conf::i32(a["maxSteps"]);
     POINT stop{0, 0};
     const bool hasStop = !a["stop"].is_null();
-    if (hasStop) stop = Pt(a["stop"]);
+    if (hasStop) stop = geo::point(a["stop"]);
     const int r = Probe::m_EllSep[n](Param(a["param"]), x, y, count, maxSteps,
                                      hasStop ? &stop : nullptr, pts);
-    return json{{"value", r}, {"x", x}, {"y", y}, {"count", count}, {"pts", J(pts)}};
+    return json{{"value", r}, {"x", x}, {"y", y}, {"count", count}, {"pts", to_json(pts)}};
 }
 
 const conf::Register reg{

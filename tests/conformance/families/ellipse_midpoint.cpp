@@ -12,20 +12,20 @@ const conf::Register reg{
      [](const json& a) {
          CArray<int> profile;
          Probe::MidPointEllipse(conf::i32(a["a"]), conf::i32(a["b"]), profile);
-         return json{{"profile", J(profile)}};
+         return json{{"profile", to_json(profile)}};
      }},
     {"CEllipse::MidPointCircle(int)",
      [](const json& a) {
          CArray<int> profile;
          profile.Add(-1);  // emptied first
          Probe::MidPointCircle(conf::i32(a["r"]), profile);
-         return json{{"profile", J(profile)}};
+         return json{{"profile", to_json(profile)}};
      }},
     {"CEllipse::MidPointEllipse(CRect)",
      [](const json& a) {
          CArray<POINT> pts;
-         Probe::MidPointEllipse(CRect(Rect(a["rc"])), pts);
-         return json{{"pts", J(pts)}};
+         Probe::MidPointEllipse(CRect(geo::rect(a["rc"])), pts);
+         return json{{"pts", to_json(pts)}};
      }},
 };
 

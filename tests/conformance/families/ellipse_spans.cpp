@@ -13,23 +13,24 @@ const conf::Register reg{
          CArray<POINT> spans;
          spans.Add(POINT{kSentinel, kSentinel});  // replaced by the call
          RECT b = SentinelRect();
-         const int first =
-             CEllipse::EllipseRasterLine(CRect(Rect(a["rc"])), conf::num(a["angle"]), spans, &b);
-         return json{{"first", first}, {"spans", J(spans)}, {"border", OrNull(b)}};
+         const int first = CEllipse::EllipseRasterLine(CRect(geo::rect(a["rc"])),
+                                                       conf::num(a["angle"]), spans, &b);
+         return json{{"first", first}, {"spans", to_json(spans)}, {"border", OrNull(b)}};
      }},
     {"CEllipse::EllipseRasterLine(RECT,double,RSRLINE&)",
      [](const json& a) {
          RSRLINE line;
-         const int first = CEllipse::EllipseRasterLine(Rect(a["rc"]), conf::num(a["angle"]), line);
+         const int first =
+             CEllipse::EllipseRasterLine(geo::rect(a["rc"]), conf::num(a["angle"]), line);
          return json{{"first", first},
-                     {"spans", J(line.spans)},
-                     {"counts", J(line.counts)},
-                     {"rcBound", J(line.rcBound)}};
+                     {"spans", to_json(line.spans)},
+                     {"counts", to_json(line.counts)},
+                     {"rcBound", to_json(line.rcBound)}};
      }},
     {"CEllipse::GetRectBorder(RECT,double)",
      [](const json& a) {
          RECT b = SentinelRect();
-         CEllipse::GetRectBorder(Rect(a["rc"]), conf::num(a["angle"]), b);
+         CEllipse::GetRectBorder(geo::rect(a["rc"]), conf::num(a["angle"]), b);
          return json{{"border", OrNull(b)}};
      }},
 };

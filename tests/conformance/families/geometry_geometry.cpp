@@ -7,6 +7,7 @@ namespace {
 
 using conf::json;
 using conf::num;
+using conf::value;
 namespace geo = conf::geo;
 
 template <class P>
@@ -16,10 +17,6 @@ json Pt(const P& p) {
 template <class R>
 json Rc(const R& r) {
     return json{{"rc", geo::to_json(r)}};
-}
-template <class T>
-json Value(T v) {
-    return json{{"value", v}};
 }
 bool AllIntegers(const json& v) {
     for (const auto& e : v)
@@ -31,8 +28,8 @@ bool AllIntegers(const json& v) {
 json PointCompare(const json& a, bool equal) {
     const POINTD p = geo::pointd(a["a"]);
     const json& b = a["b"];
-    if (AllIntegers(b)) return Value(equal ? p == geo::point(b) : p != geo::point(b));
-    return Value(equal ? p == geo::pointd(b) : p != geo::pointd(b));
+    if (AllIntegers(b)) return value(equal ? p == geo::point(b) : p != geo::point(b));
+    return value(equal ? p == geo::pointd(b) : p != geo::pointd(b));
 }
 
 // Applies a modifying member to the rectangle "rc" and returns it.
@@ -48,7 +45,7 @@ static conf::Register reg{
     {"POINTD::GPOINT", [](const json& a) { return Pt(geo::pointd(a["pt"]).GPOINT()); }},
     {"CPrecise::PreciseInt",
      [](const json& a) {
-         return Value(CPrecise::PreciseInt(num(a["value"]), num(a["precision"])));
+         return value(CPrecise::PreciseInt(num(a["value"]), num(a["precision"])));
      }},
     {"POINTD::operator==", [](const json& a) { return PointCompare(a, true); }},
     {"POINTD::operator!=", [](const json& a) { return PointCompare(a, false); }},
@@ -81,7 +78,7 @@ static conf::Register reg{
     {"RECTD::operator==",
      [](const json& a) {
          const RECTD r = geo::rectd(a["a"]);
-         return Value(AllIntegers(a["b"]) ? r == geo::rect(a["b"]) : r == geo::rectd(a["b"]));
+         return value(AllIntegers(a["b"]) ? r == geo::rect(a["b"]) : r == geo::rectd(a["b"]));
      }},
     {"RECTD::UnionRect",
      [](const json& a) {
@@ -90,7 +87,7 @@ static conf::Register reg{
          return Rc(r);
      }},
     {"RECTD::PtInRect",
-     [](const json& a) { return Value(geo::rectd(a["rc"]).PtInRect(geo::pointd(a["pt"]))); }},
+     [](const json& a) { return value(geo::rectd(a["rc"]).PtInRect(geo::pointd(a["pt"]))); }},
     {"RECTD::GetBorderRect",
      [](const json& a) {
          const std::vector<POINTD> pts =

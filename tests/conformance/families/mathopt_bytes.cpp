@@ -34,39 +34,28 @@ LONG AlwaysOne(const void*, const void*) {
     return 1;
 }
 
+using ByteFn = ULONG (*)(const BYTE*, ULONG, BYTE);
+using PatternFn = ULONG (*)(const BYTE*, ULONG, const BYTE*, ULONG);
+
 // A search for the byte "b" in "buf".
-json ByteSearch(const json& a, ULONG (*fn)(const BYTE*, ULONG, BYTE)) {
+json ByteSearch(const json& a, ByteFn fn) {
     HeapBytes buf(a["buf"]);
-    return json{{"value", fn(buf.ptr(), buf.size(), static_cast<BYTE>(conf::u32(a["b"])))}};
+    return conf::value(fn(buf.ptr(), buf.size(), static_cast<BYTE>(conf::u32(a["b"]))));
 }
 
 // A search for the pattern "pat" in "buf".
-json PatternSearch(const json& a, ULONG (*fn)(const BYTE*, ULONG, const BYTE*, ULONG)) {
+json PatternSearch(const json& a, PatternFn fn) {
     HeapBytes buf(a["buf"]), pat(a["pat"]);
-    return json{{"value", fn(buf.ptr(), buf.size(), pat.ptr(), pat.size())}};
+    return conf::value(fn(buf.ptr(), buf.size(), pat.ptr(), pat.size()));
 }
 
 static conf::Register reg{
-    {"AMathOpt::FindData(byte)",
-     [](const json& a) {
-         return ByteSearch(a, static_cast<ULONG (*)(const BYTE*, ULONG, BYTE)>(AMathOpt::FindData));
-     }},
-    {"AMathOpt::ReverseFindData(byte)",
-     [](const json& a) {
-         return ByteSearch(
-             a, static_cast<ULONG (*)(const BYTE*, ULONG, BYTE)>(AMathOpt::ReverseFindData));
-     }},
-    {"AMathOpt::FindData(pattern)",
-     [](const json& a) {
-         return PatternSearch(
-             a, static_cast<ULONG (*)(const BYTE*, ULONG, const BYTE*, ULONG)>(AMathOpt::FindData));
-     }},
+    {"AMathOpt::FindData(byte)", conf::with(ByteSearch, ByteFn(AMathOpt::FindData))},
+    {"AMathOpt::ReverseFindData(byte)", conf::with(ByteSearch, ByteFn(AMathOpt::ReverseFindData))},
+    {"AMathOpt::FindData(pattern)", conf::with(PatternSearch, PatternFn(AMathOpt::FindData))},
     {"AMathOpt::ReverseFindData(pattern)",
-     [](const json& a) {
-         return PatternSearch(a, static_cast<ULONG (*)(const BYTE*, ULONG, const BYTE*, ULONG)>(
-                                     AMathOpt::ReverseFindData));
-     }},
-    {"AMathOpt::FindData_Int", [](const json& a) { return ByteSearch(a, AMathOpt::FindData_Int); }},
+     conf::with(PatternSearch, PatternFn(AMathOpt::ReverseFindData))},
+    {"AMathOpt::FindData_Int", conf::with(ByteSearch, AMathOpt::FindData_Int)},
     {"AMathOpt::myMemcpy",
      [](const json& a) {
          std::vector<BYTE> dst = conf::bytes(a["dst"]);

@@ -12,6 +12,7 @@
 namespace {
 
 using conf::json;
+using conf::value;
 
 json ByteList(const BYTE* p, size_t n) {
     return json(std::vector<int>(p, p + n));
@@ -57,9 +58,6 @@ json ListJson(const std::vector<BYTE>& raw, int count, BYTE type) {
 std::string Text(const json& a) {
     return a["text"].get<std::string>();
 }
-json Value(bool v) {
-    return json{{"value", v}};
-}
 
 // Reads an address text into a pre-filled array of n bytes.
 template <int N>
@@ -90,13 +88,13 @@ static conf::Register reg{
     {"AMathOpt::macaddress_TransToString",
      [](const json& a) { return AddressTo(a, AMathOpt::macaddress_TransToString, "mac"); }},
     {"AMathOpt::ipaddress_IsValid(text)",
-     [](const json& a) { return Value(AMathOpt::ipaddress_IsValid(Text(a).c_str())); }},
+     [](const json& a) { return value(AMathOpt::ipaddress_IsValid(Text(a).c_str())); }},
     {"AMathOpt::macaddress_IsValid(text)",
-     [](const json& a) { return Value(AMathOpt::macaddress_IsValid(Text(a).c_str())); }},
+     [](const json& a) { return value(AMathOpt::macaddress_IsValid(Text(a).c_str())); }},
     {"AMathOpt::ipaddress_IsValid(bytes)",
-     [](const json& a) { return Value(AMathOpt::ipaddress_IsValid(Bytes(a["ip"]).data())); }},
+     [](const json& a) { return value(AMathOpt::ipaddress_IsValid(Bytes(a["ip"]).data())); }},
     {"AMathOpt::macaddress_IsValid(bytes)",
-     [](const json& a) { return Value(AMathOpt::macaddress_IsValid(Bytes(a["mac"]).data())); }},
+     [](const json& a) { return value(AMathOpt::macaddress_IsValid(Bytes(a["mac"]).data())); }},
     {"AMathOpt::TransListToString",
      [](const json& a) {
          CString text("junk");

@@ -7,6 +7,7 @@ namespace {
 
 using conf::json;
 using conf::num;
+using conf::value;
 
 AResUnit Res(const json& v) {
     return static_cast<AResUnit>(conf::i32(v));
@@ -15,24 +16,17 @@ ASizeUnit Size(const json& v) {
     return static_cast<ASizeUnit>(conf::i32(v));
 }
 
-json Value(double v) {
-    return json{{"value", conf::dbl(v)}};
-}
-json Value(int v) {
-    return json{{"value", v}};
-}
-
 // The argument shapes shared by several operations.
 template <class R>
 json OfRes(const json& a, R (*fn)(double, AResUnit)) {
-    return Value(fn(num(a["res"]), Res(a["unit"])));
+    return value(fn(num(a["res"]), Res(a["unit"])));
 }
 template <class R>
 json OfSize(const json& a, R (*fn)(double, double, AResUnit, ASizeUnit)) {
-    return Value(fn(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
+    return value(fn(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
 }
 json OfPair(const json& a, int (*fn)(double, double)) {
-    return Value(fn(num(a["a"]), num(a["b"])));
+    return value(fn(num(a["a"]), num(a["b"])));
 }
 template <class Unit>
 json Name(const json& a, int (*fn)(CString&, Unit)) {
@@ -62,9 +56,9 @@ static conf::Register reg{
     {"EqualDPI", [](const json& a) { return OfPair(a, EqualDPI); }},
     {"EqualRes",
      [](const json& a) {
-         return Value(EqualRes(num(a["a"]), num(a["b"]), Res(a["unit"]), conf::i32(a["integer"])));
+         return value(EqualRes(num(a["a"]), num(a["b"]), Res(a["unit"]), conf::i32(a["integer"])));
      }},
-    {"DefResPrecision", [](const json& a) { return Value(DefResPrecision(Res(a["unit"]))); }},
+    {"DefResPrecision", [](const json& a) { return value(DefResPrecision(Res(a["unit"]))); }},
     {"SizeUnitString", [](const json& a) { return Name<ASizeUnit>(a, SizeUnitString); }},
     {"ResUnitString", [](const json& a) { return Name<AResUnit>(a, ResUnitString); }},
     {"SizeUnitString(char*,int)",
@@ -76,12 +70,12 @@ static conf::Register reg{
          CUnitTrans t;
          t.m_dLength = num(a["length"]);
          t.m_dResolution = num(a["resolution"]);
-         return Value(
+         return value(
              t.GetValue(Size(a["unit"]), conf::i32(a["digits"]), conf::i32(a["toInteger"])));
      }},
     {"ConvertSize",
      [](const json& a) {
-         return Value(ConvertSize(num(a["value"]), Size(a["from"]), Size(a["to"]), num(a["res"]),
+         return value(ConvertSize(num(a["value"]), Size(a["from"]), Size(a["to"]), num(a["res"]),
                                   Res(a["resUnit"]), conf::i32(a["toInteger"])));
      }},
     {"CUnitTrans::SetParams",
@@ -95,7 +89,7 @@ static conf::Register reg{
      }},
     {"ConvertRes",
      [](const json& a) {
-         return Value(
+         return value(
              ConvertRes(num(a["res"]), Res(a["from"]), Res(a["to"]), conf::i32(a["toInteger"])));
      }},
     {"CUnitTrans::SetRes",
@@ -108,7 +102,7 @@ static conf::Register reg{
      [](const json& a) {
          CUnitTrans t;
          t.m_dResolution = num(a["resolution"]);
-         return Value(t.IsValid());
+         return value(t.IsValid());
      }},
 };
 

@@ -7,12 +7,10 @@ namespace {
 
 using conf::json;
 using conf::num;
+using conf::value;
 
 json Text(const CString& s) {
     return json{{"text", s.str()}};
-}
-json Value(double v) {
-    return json{{"value", conf::dbl(v)}};
 }
 
 // A float-to-integer conversion: (value, round) -> integer.
@@ -41,11 +39,11 @@ static conf::Register reg{
      }},
     {"ZelFloatPrecision",
      [](const json& a) {
-         return Value(
+         return value(
              ZelFloatPrecision(num(a["value"]), conf::i32(a["digits"]), conf::i32(a["round"])));
      }},
-    {"ZelFloor", [](const json& a) { return Value(ZelFloor(num(a["value"]))); }},
-    {"ZelCeil", [](const json& a) { return Value(ZelCeil(num(a["value"]))); }},
+    {"ZelFloor", [](const json& a) { return value(ZelFloor(num(a["value"]))); }},
+    {"ZelCeil", [](const json& a) { return value(ZelCeil(num(a["value"]))); }},
     {"ZelFloatToInt", [](const json& a) { return ToInteger(a, ZelFloatToInt); }},
     {"ZelFloatToINT64", [](const json& a) { return ToInteger(a, ZelFloatToINT64); }},
     {"ZelFloatToDWORD", [](const json& a) { return ToInteger(a, ZelFloatToDWORD); }},
