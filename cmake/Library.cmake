@@ -20,6 +20,8 @@ if(KXBASE_HAVE_NO_GNU_UNIQUE)
     target_compile_options(kxbase_objects PRIVATE -fno-gnu-unique)
 endif()
 target_link_libraries(kxbase_objects PRIVATE kxbase_warnings)
+# The library itself also keeps every narrowing conversion explicit.
+target_compile_options(kxbase_objects PRIVATE -Wconversion)
 
 find_package(Threads REQUIRED)
 
