@@ -211,7 +211,7 @@ int ACompress::IsStrInList(WORD /*prefix*/, BYTE ch, const BYTE* nodes, WORD fir
             return 1;
         }
         *last = static_cast<WORD>(o);
-        o = nodes[o + 1] | (nodes[o + 2] << 8);
+        o = static_cast<unsigned>(nodes[o + 1] | (nodes[o + 2] << 8));
     }
     return 0;
 }

@@ -92,13 +92,13 @@ void sha256_block(std::array<std::uint32_t, 8>& h, const unsigned char* p) {
     for (int i = 0; i < 16; ++i)
         w[i] = (std::uint32_t{p[4 * i]} << 24) | (std::uint32_t{p[4 * i + 1]} << 16) |
                (std::uint32_t{p[4 * i + 2]} << 8) | std::uint32_t{p[4 * i + 3]};
-    for (int i = 16; i < 64; ++i) {
+    for (std::size_t i = 16; i < 64; ++i) {
         const std::uint32_t s0 = rotr(w[i - 15], 7) ^ rotr(w[i - 15], 18) ^ (w[i - 15] >> 3);
         const std::uint32_t s1 = rotr(w[i - 2], 17) ^ rotr(w[i - 2], 19) ^ (w[i - 2] >> 10);
         w[i] = w[i - 16] + s0 + w[i - 7] + s1;
     }
     std::uint32_t a = h[0], b = h[1], c = h[2], d = h[3], e = h[4], f = h[5], g = h[6], k = h[7];
-    for (int i = 0; i < 64; ++i) {
+    for (std::size_t i = 0; i < 64; ++i) {
         const std::uint32_t t1 =
             k + (rotr(e, 6) ^ rotr(e, 11) ^ rotr(e, 25)) + ((e & f) ^ (~e & g)) + kK[i] + w[i];
         const std::uint32_t t2 =
@@ -132,11 +132,11 @@ std::string Sha256Hex(std::string_view data) {
     tail[n] = 0x80;
     const std::size_t blocks = n + 9 > 64 ? 2 : 1;
     const std::uint64_t bits = static_cast<std::uint64_t>(data.size()) * 8;
-    for (int i = 0; i < 8; ++i)
+    for (std::size_t i = 0; i < 8; ++i)
         tail[blocks * 64 - 1 - i] = static_cast<unsigned char>(bits >> (8 * i));
     for (std::size_t i = 0; i < blocks; ++i) sha256_block(h, tail + 64 * i);
     char out[65];
-    for (int i = 0; i < 8; ++i) std::snprintf(out + 8 * i, 9, "%08x", h[i]);
+    for (std::size_t i = 0; i < 8; ++i) std::snprintf(out + 8 * i, 9, "%08x", h[i]);
     return std::string(out, 64);
 }
 

@@ -15,10 +15,11 @@ class KXBASE_API CString {
 public:
     CString() = default;
     CString(const char* s) : m_str(s ? s : "") {}  // NOLINT: implicit like the platform class
-    CString(const char* s, int length) : m_str(s ? std::string(s, length > 0 ? length : 0) : "") {}
+    CString(const char* s, int length)
+        : m_str(s ? std::string(s, length > 0 ? static_cast<std::size_t>(length) : 0u) : "") {}
     CString(std::string s) : m_str(std::move(s)) {}  // NOLINT
     CString(std::string_view s) : m_str(s) {}        // NOLINT
-    CString(char c, int repeat = 1) : m_str(repeat > 0 ? repeat : 0, c) {}
+    CString(char c, int repeat = 1) : m_str(repeat > 0 ? static_cast<std::size_t>(repeat) : 0u, c) {}
 
     int GetLength() const { return static_cast<int>(m_str.size()); }
     bool IsEmpty() const { return m_str.empty(); }
