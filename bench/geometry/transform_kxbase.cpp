@@ -13,7 +13,7 @@ void BM_Transform_kxbase_CalcPoints(benchmark::State& state) {
     const std::vector<double> xy = kxbench::BenchCoordinates();
     std::vector<POINTD> pts(kxbench::kPointCount);
     for (auto _ : state) {
-        std::memcpy(pts.data(), xy.data(), xy.size() * sizeof(double));
+        std::memcpy(static_cast<void*>(pts.data()), xy.data(), xy.size() * sizeof(double));
         t.CalcPoints(pts.data(), kxbench::kPointCount);
         benchmark::DoNotOptimize(pts.data());
         benchmark::ClobberMemory();
