@@ -235,6 +235,21 @@ void CEllipse::GetRectBorder(const RECT& rc, const ATransform& t, RECT& border) 
     border = RECT{Sat(l), Sat(tp), Sat(r), Sat(bt)};
 }
 
+namespace {
+
+// Spans of a quadrilateral in device space, unclipped; an empty result on failure, with the
+// rectangle's top as the first row.
+int QuadSpans(const POINTD (&pts)[4], LONG top, CArray<POINT>& spans, RECT* border) {
+    std::int64_t first = top;
+    if (!PolygonSpans(pts, 4, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, spans, first, border)) {
+        EmptySpans(spans, border);
+        return top;
+    }
+    return static_cast<int>(first);
+}
+
+}  // namespace
+
 int CEllipse::RectRasterLine(const RECT& rc, double angle, CArray<POINT>& spans, RECT* border) {
     try {
         angle = NormalizeAngle(angle);
@@ -264,13 +279,7 @@ int CEllipse::RectRasterLine(const RECT& rc, double angle, CArray<POINT>& spans,
         for (int i = 0; i < 4; ++i)
             pts[i] =
                 POINTD(cx + rel[i][0] * co - rel[i][1] * si, cy + rel[i][1] * co + rel[i][0] * si);
-        std::int64_t first = t;
-        if (!PolygonSpans(pts, 4, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, spans, first,
-                          border)) {
-            EmptySpans(spans, border);
-            return rc.top;
-        }
-        return static_cast<int>(first);
+        return QuadSpans(pts, rc.top, spans, border);
     } catch (...) {
         EmptySpans(spans, border);
         return rc.top;
@@ -291,13 +300,7 @@ int CEllipse::RectRasterLine(const RECT& rc, const ATransform& t, CArray<POINT>&
             pts[i] = POINTD(v[i]);
             t.CalcPoint(pts[i]);
         }
-        std::int64_t first = rc.top;
-        if (!PolygonSpans(pts, 4, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, spans, first,
-                          border)) {
-            EmptySpans(spans, border);
-            return rc.top;
-        }
-        return static_cast<int>(first);
+        return QuadSpans(pts, rc.top, spans, border);
     } catch (...) {
         EmptySpans(spans, border);
         return rc.top;
