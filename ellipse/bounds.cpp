@@ -190,34 +190,37 @@ void CEllipse::GetEllipseBorder(const RECT& rc, double angle, RECT& border) {
 
 // ---- extreme points ----------------------------------------------------------------------
 
+namespace {
+
+// The extreme point of the centred conic p*x^2 + q*y^2 + r*x*y = s along the y axis (the
+// top); called with p and q exchanged it gives the extreme along x (the right), with u and v
+// then meaning y and x. Fails when the conic has no such extreme (a degenerate denominator).
+bool ExtremeAlongV(double p, double q, double r, double s, double& u, double& v) {
+    if (std::fabs(r) < kZero) {
+        u = 0.0;
+        v = std::sqrt(Div(s, q));
+        return true;
+    }
+    const double den = 4.0 * p * p * q - r * r * p;
+    if (std::fabs(den) < kZero) return false;  // the platform beep: nothing to sound here
+    const double m = std::sqrt(r * r * s / den);
+    u = p * r > 0.0 ? -m : m;
+    v = -2.0 * p * u / r;
+    return true;
+}
+
+}  // namespace
+
 int CEllipse::GetTopPoint(double p, double q, double r, double s, POINT& out) {
     double x, y;
-    if (std::fabs(r) < kZero) {
-        x = 0.0;
-        y = std::sqrt(Div(s, q));
-    } else {
-        const double den = 4.0 * p * p * q - r * r * p;
-        if (std::fabs(den) < kZero) return 0;  // the platform beep: nothing to sound here
-        const double m = std::sqrt(r * r * s / den);
-        x = p * r > 0.0 ? -m : m;
-        y = -2.0 * p * x / r;
-    }
+    if (!ExtremeAlongV(p, q, r, s, x, y)) return 0;
     PrecisePoint(x, y, out);
     return 1;
 }
 
 int CEllipse::GetRightPoint(double p, double q, double r, double s, POINT& out) {
     double x, y;
-    if (std::fabs(r) < kZero) {
-        y = 0.0;
-        x = std::sqrt(Div(s, p));
-    } else {
-        const double den = 4.0 * p * q * q - r * r * q;
-        if (std::fabs(den) < kZero) return 0;  // the platform beep: nothing to sound here
-        const double m = std::sqrt(r * r * s / den);
-        y = q * r > 0.0 ? -m : m;
-        x = -2.0 * q * y / r;
-    }
+    if (!ExtremeAlongV(q, p, r, s, y, x)) return 0;
     PrecisePoint(x, y, out);
     return 1;
 }
