@@ -1,12 +1,12 @@
 // Number helpers: fixed-place decimal text, its value, integer conversions and text forms.
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 #include <charconv>
 #include <cinttypes>
 #include <cmath>
 #include <cstdint>
 
-#include "geometry/saturate_p.h"
+#include "base/saturate_p.h"
 
 namespace {
 

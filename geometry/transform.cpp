@@ -3,14 +3,14 @@
 
 #include <cmath>
 
-#include "geometry/saturate_p.h"
+#include "base/saturate_p.h"
 
 using kxbase::detail::IeeeDiv;
 using kxbase::detail::PreciseInt;
 
 namespace {
 
-constexpr double kTol = 1e-10;
+constexpr double kTol = kxbase::detail::kTolerance;
 constexpr double kPi = 3.141592653589793;
 
 // out = a * b: a applied first, then b. out may alias a or b.

@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cxxabi.h>
 #include <new>
 #include <thread>
 
 #include <kxbase/runtime/error_info.h>
-#include <kxbase/widgets/messages.h>
+#include <kxbase/base/messages.h>
 
+#include "platform/sys.h"
 #include "platform/threads_p.h"
 
 using kxbase::detail::OsThread;
@@ -34,13 +34,10 @@ void thread_entry(void* arg, bool run) {
     MarkTerminated mark{*args->terminated};
     if (!run) return;  // abandoned before Resume
     args->terminated->store(false, std::memory_order_relaxed);
-    try {
-        args->self->Run();
-    } catch (abi::__forced_unwind&) {
-        throw;  // pthread_exit from the body must unwind the whole stack
-    } catch (...) {
-        // The body failed; the thread ends as if it had returned.
-    }
+    // A body that fails ends the thread as if it had returned; the system's own thread exit
+    // from inside the body still unwinds the whole stack.
+    kxbase::sys::RunSwallowingExceptions(
+        [](void* self) { static_cast<kxBaseThread*>(self)->Run(); }, args->self);
 }
 
 std::uint64_t tick_ms() {

@@ -1,7 +1,8 @@
-// Public headers of the widgets subsystem.
+// Public headers of the base layer: number text, message hooks, the string table.
 #pragma once
 
 #include <kxbase/platform.h>
-#include <kxbase/widgets/number_format.h>
-#include <kxbase/widgets/messages.h>
-#include <kxbase/widgets/int64_parse.h>
+#include <kxbase/base/int64_parse.h>
+#include <kxbase/base/messages.h>
+#include <kxbase/base/number_format.h>
+#include <kxbase/base/string_table.h>

@@ -57,7 +57,7 @@ KXBASE_API CString ZelLoadString(HINSTANCE module, unsigned int id);
 /// Returns 0 at once when format is null. Otherwise formats the text printf-style and shows
 /// it in a message box with the information icon (MB_ICONINFORMATION); returns the box's
 /// result, or 0 when no dialog hook is installed.
-KXBASE_API int ZelDialogMsg(const char* format, ...) __attribute__((format(printf, 1, 2)));
+KXBASE_API int ZelDialogMsg(const char* format, ...) KXBASE_PRINTF_FORMAT(1, 2);
 
 /// Shows a message box of style `type` whose text is, in order: string `headId` of `module`
 /// (when headId != 0), the formatted text (when format is not null), and, when tailId != 0,
@@ -65,13 +65,13 @@ KXBASE_API int ZelDialogMsg(const char* format, ...) __attribute__((format(print
 /// loads `tailId`; hosts rely on this. Returns the box's result, or 0 without a dialog hook.
 KXBASE_API int ZelDialogMsg(HINSTANCE module, unsigned int headId, unsigned int tailId,
                             unsigned int type, const char* format, ...)
-    __attribute__((format(printf, 5, 6)));
+    KXBASE_PRINTF_FORMAT(5, 6);
 
 /// Formats the text (empty when format is null) and sets it as the status text of the
 /// host's main frame; nothing happens without a status hook.
-KXBASE_API void ZelStatusMsg(const char* format, ...) __attribute__((format(printf, 1, 2)));
+KXBASE_API void ZelStatusMsg(const char* format, ...) KXBASE_PRINTF_FORMAT(1, 2);
 
 /// Status text = string headId (when != 0) + formatted text (when format is not null) +
 /// string tailId (when != 0), shown as above.
 KXBASE_API void ZelStatusMsg(HINSTANCE module, unsigned int headId, unsigned int tailId,
-                             const char* format, ...) __attribute__((format(printf, 4, 5)));
+                             const char* format, ...) KXBASE_PRINTF_FORMAT(4, 5);
