@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/saturate_p.h"
+#include "platform/sys.h"
 
 using kxbase::detail::IeeeDiv;
 using kxbase::detail::PreciseInt;
@@ -112,8 +113,8 @@ void ATransform::Scaling(double sx, double sy, double cx, double cy) {
 }
 
 void ATransform::Rotate(double angle, double cx, double cy) {
-    const double s = std::sin(angle);
-    const double c = std::cos(angle);
+    const double s = kxbase::sys::Sin(angle);
+    const double c = kxbase::sys::Cos(angle);
     MultMatrix(TransMatrix(c, s, -s, c, (1.0 - c) * cx + s * cy, (1.0 - c) * cy - s * cx));
 }
 

@@ -62,6 +62,14 @@ double ParseDoubleC(const char* text);
 /// runs with rights its caller does not have (a caller then must not choose paths for it).
 const char* TrustedEnvironment(const char* name);
 
+// ---- mathematics ---------------------------------------------------------------------------
+
+/// Sine and cosine of the system's C library, accurate to the last place for every argument,
+/// so that results agree across systems. (MinGW's own functions reduce the argument with the
+/// x87 unit's 66-bit pi and are off by thousands of units near multiples of pi.)
+double Sin(double x);
+double Cos(double x);
+
 // ---- threads ------------------------------------------------------------------------------
 
 /// Calls fn(arg) and swallows every exception it lets out, except the unwinding by which the

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cmath>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -93,6 +94,14 @@ double ParseDoubleC(const char* text) {
 const char* TrustedEnvironment(const char* name) {
     // secure_getenv: a set-user-id host must not let its caller choose where folders appear.
     return secure_getenv(name);
+}
+
+double Sin(double x) {
+    return std::sin(x);
+}
+
+double Cos(double x) {
+    return std::cos(x);
 }
 
 void RunSwallowingExceptions(void (*fn)(void*), void* arg) {

@@ -7,6 +7,7 @@
 #endif
 #include <windows.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <locale.h>
 
@@ -118,6 +119,39 @@ double ParseDoubleC(const char* text) {
 const char* TrustedEnvironment(const char* name) {
     // Windows processes do not change rights on start, so every variable is the caller's own.
     return std::getenv(name);
+}
+
+namespace {
+
+using MathFunction = double (*)(double);
+
+// The C runtime DLL's own function, or MinGW's static one where the DLL lacks it.
+MathFunction crt_function(const char* name, MathFunction fallback) {
+    HMODULE crt = GetModuleHandleA("msvcrt.dll");
+    if (crt == nullptr) crt = LoadLibraryA("msvcrt.dll");
+    if (crt == nullptr) return fallback;
+    const FARPROC f = GetProcAddress(crt, name);
+    return f != nullptr ? reinterpret_cast<MathFunction>(reinterpret_cast<void*>(f)) : fallback;
+}
+
+double static_sin(double x) {
+    return std::sin(x);
+}
+
+double static_cos(double x) {
+    return std::cos(x);
+}
+
+}  // namespace
+
+double Sin(double x) {
+    static const MathFunction f = crt_function("sin", static_sin);
+    return f(x);
+}
+
+double Cos(double x) {
+    static const MathFunction f = crt_function("cos", static_cos);
+    return f(x);
 }
 
 void RunSwallowingExceptions(void (*fn)(void*), void* arg) {

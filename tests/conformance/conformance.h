@@ -17,6 +17,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <kxbase/platform/types.h>
+
 namespace conf {
 
 using json = nlohmann::json;
@@ -88,10 +90,10 @@ struct Buf {
 /// comes back as null.
 template <class T = std::uint8_t>
 struct CapOut {
-    static constexpr std::uint32_t kUntouched = 0xA5A5A5A5u;
+    static constexpr ULONG kUntouched = 0xA5A5A5A5u;
     std::vector<T> v;
     bool null;
-    std::uint32_t len = kUntouched;
+    ULONG len = kUntouched;  // the library's length type (unsigned long on Windows)
     CapOut(const json& a, const char* key, std::size_t cap)
         : v(cap + 1), null(a.contains(key) && a[key].is_null()) {}
     T* get() { return null ? nullptr : v.data(); }
