@@ -43,6 +43,8 @@ bool SystemErrorText(DWORD code, std::string& text);
 bool MakeFolder(const char* path);
 /// True when the process may create files in the folder `path`.
 bool IsWritableFolder(const char* path);
+/// The characters that end a folder name in a path: "/" here, "\\/" on Windows.
+const char* FolderSeparators();
 /// Bytes a full path may take, without the terminator.
 DWORD MaxPathBytes();
 

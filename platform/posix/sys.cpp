@@ -71,6 +71,10 @@ bool IsWritableFolder(const char* path) {
     return access(path, W_OK) == 0;
 }
 
+const char* FolderSeparators() {
+    return "/";
+}
+
 DWORD MaxPathBytes() {
     return PATH_MAX;
 }

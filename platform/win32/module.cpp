@@ -47,6 +47,13 @@ DWORD KxModuleFileName(HINSTANCE module, char* buffer, DWORD size) {
     // GetModuleFileNameA truncates to size - 1 characters, terminates, returns size and
     // reports ERROR_INSUFFICIENT_BUFFER: the same contract as this function's.
     const DWORD n = GetModuleFileNameA(module, buffer, size);
-    if (n == 0) buffer[0] = '\0';
+    if (n == 0) {
+        buffer[0] = '\0';
+    } else if (n >= size) {
+        // Older systems (and Wine) leave a truncated name unterminated.
+        buffer[size - 1] = '\0';
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return size;
+    }
     return n;
 }

@@ -94,6 +94,10 @@ bool IsWritableFolder(const char* path) {
     return true;
 }
 
+const char* FolderSeparators() {
+    return "\\/";
+}
+
 DWORD MaxPathBytes() {
     return 32767;  // the longest path the wide and "\\?\" forms of the system accept
 }

@@ -111,7 +111,7 @@ TEST(LzwCodec, StagesMatchReferencesAndRoundTripAtExactCapacities) {
         ASSERT_LT(bits.size(), ACompress::LzwCompressBound(n));
         EXPECT_EQ(bits, Stage(ACompress::Comp_LZW, s.data, ACompress::LzwCompressBound(n)).data);
         EXPECT_EQ(bits, Stage(ACompress::Comp_LZW, s.data, bits.size() + 1).data);
-        EXPECT_EQ(std::pair(0, 1u), Stage(ACompress::Comp_LZW, s.data, bits.size()).Status());
+        EXPECT_EQ(std::pair(0, ULONG{1}), Stage(ACompress::Comp_LZW, s.data, bits.size()).Status());
         const auto need = ACompress::LzwDecompressCapacity(n);
         EXPECT_EQ(s.data, Stage(ACompress::UnComp_LZW, bits, need).data);
         EXPECT_EQ(s.data, Stage(ACompress::UnComp_LZW, bits, need + 1).data);

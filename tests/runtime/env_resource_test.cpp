@@ -42,12 +42,12 @@ TEST(CResourceHandle, RestoresTheFirstSavedModule) {
         CResourceHandle guard;
         guard.Unlock();
         EXPECT_EQ(KxGetResourceHandle(), original);
-        guard.Lock(&a);
-        guard.Lock(&b);
-        EXPECT_EQ(KxGetResourceHandle(), static_cast<HINSTANCE>(&b));
+        guard.Lock(reinterpret_cast<HINSTANCE>(&a));
+        guard.Lock(reinterpret_cast<HINSTANCE>(&b));
+        EXPECT_EQ(KxGetResourceHandle(), reinterpret_cast<HINSTANCE>(&b));
         guard.Unlock();
         EXPECT_EQ(KxGetResourceHandle(), original);
-        guard.Lock(&a);
+        guard.Lock(reinterpret_cast<HINSTANCE>(&a));
     }
     EXPECT_EQ(KxGetResourceHandle(), original);
 }
