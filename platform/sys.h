@@ -55,6 +55,14 @@ DWORD PageSize();
 /// Processors online now (at least 1).
 DWORD OnlineProcessors();
 
+// ---- screen -------------------------------------------------------------------------------
+
+/// The primary screen's device capabilities, in this order: colour bits per pixel, width and
+/// height in pixels, logical pixels per inch across and down, width and height in millimetres.
+/// False (values untouched) when the system has no screen to ask (always, on POSIX: there the
+/// host installs a provider).
+bool ScreenDeviceCaps(int values[7]);
+
 // ---- text and environment -----------------------------------------------------------------
 
 /// The decimal parse of the C runtime's atof, in the "C" locale whatever locale the host set.

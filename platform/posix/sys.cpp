@@ -89,6 +89,10 @@ DWORD OnlineProcessors() {
     return cpus > 0 ? static_cast<DWORD>(cpus) : 1u;
 }
 
+bool ScreenDeviceCaps(int*) {
+    return false;  // no system-wide screen; a host with a display installs a provider
+}
+
 double ParseDoubleC(const char* text) {
     static const locale_t cLocale = newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(0));
     if (cLocale == static_cast<locale_t>(0)) return std::atof(text);

@@ -28,9 +28,9 @@ HINSTANCE KxLibraryHandle() {
 bool KxIsModuleHandle(HINSTANCE h) {
     if (h == nullptr) return false;
     HMODULE found = nullptr;
-    return GetModuleHandleExA(
-               GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-               reinterpret_cast<LPCSTR>(h), &found) &&
+    return GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                                  GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                              reinterpret_cast<LPCSTR>(h), &found) &&
            found == h;
 }
 

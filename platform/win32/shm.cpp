@@ -95,8 +95,9 @@ void* ShmMap(ShmHandle handle, UINT64 offset, std::size_t length, int& err) {
         return nullptr;
     }
     // The system itself refuses a view that reaches past the end of the mapping.
-    void* view = MapViewOfFile(to_handle(handle), FILE_MAP_ALL_ACCESS,
-                               static_cast<DWORD>(offset >> 32), static_cast<DWORD>(offset), length);
+    void* view =
+        MapViewOfFile(to_handle(handle), FILE_MAP_ALL_ACCESS, static_cast<DWORD>(offset >> 32),
+                      static_cast<DWORD>(offset), length);
     if (view == nullptr) err = last_error();
     return view;
 }

@@ -114,6 +114,15 @@ DWORD OnlineProcessors() {
     return si.dwNumberOfProcessors != 0 ? si.dwNumberOfProcessors : 1u;
 }
 
+bool ScreenDeviceCaps(int values[7]) {
+    HDC dc = GetDC(nullptr);
+    if (dc == nullptr) return false;
+    const int caps[7] = {BITSPIXEL, HORZRES, VERTRES, LOGPIXELSX, LOGPIXELSY, HORZSIZE, VERTSIZE};
+    for (int i = 0; i < 7; ++i) values[i] = GetDeviceCaps(dc, caps[i]);
+    ReleaseDC(nullptr, dc);
+    return true;
+}
+
 double ParseDoubleC(const char* text) {
     static const _locale_t cLocale = _create_locale(LC_NUMERIC, "C");
     if (cLocale == nullptr) return std::atof(text);

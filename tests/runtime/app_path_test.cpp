@@ -59,9 +59,9 @@ TEST(CAppPath, MemberNamesFollowTheTree) {
     EXPECT_EQ(p[3].Init(nullptr), 1);
     int local = 0;
     EXPECT_EQ(p[4].Init(reinterpret_cast<HINSTANCE>(&local)), 1);
-    const std::string base[] = {"/opt/rip/lib/", "/opt/rip/lib/", "",
-                                std::string(file).substr(0, std::string(file).find_last_of(kFolderSeparators) + 1),
-                                ""};
+    const std::string base[] = {
+        "/opt/rip/lib/", "/opt/rip/lib/", "",
+        std::string(file).substr(0, std::string(file).find_last_of(kFolderSeparators) + 1), ""};
     for (int k = 0; k < 5; ++k)
         for (size_t i = 0; i < std::size(kMembers); ++i)
             EXPECT_EQ((p[k].*kMembers[i]).str(), base[k] + kNames[i]) << k << " " << kNames[i];
@@ -70,8 +70,8 @@ TEST(CAppPath, MemberNamesFollowTheTree) {
 // CreatePath must make the whole tree inside an existing product folder, never create the
 // product folder itself, and stay silent (1) where folders cannot be made.
 TEST(CAppPath, CreatePathMakesTheTreeButNotTheProductFolder) {
-    const fs::path unique = fs::temp_directory_path() /
-                            ("kxbase_app_path_" + std::to_string(std::random_device{}()));
+    const fs::path unique =
+        fs::temp_directory_path() / ("kxbase_app_path_" + std::to_string(std::random_device{}()));
     ASSERT_TRUE(fs::create_directory(unique));
     const std::string dir = unique.string();
     std::ofstream(dir + "/plain") << "x";
