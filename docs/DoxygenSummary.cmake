@@ -1,5 +1,8 @@
 # Prints how many Doxygen warnings the log LOG holds, by kind, so a docs run shows at a
-# glance what is left to document. Run with cmake -DLOG=<file> -P DoxygenSummary.cmake.
+# glance what is left to document, and which headers under HEADERS lack a file comment:
+# Doxygen lists a header's free functions, enums and constants only when the header itself
+# is documented (a \file or @file block), and it does not warn when it is not.
+# Run with cmake -DLOG=<file> -DHEADERS=<dir> -P DoxygenSummary.cmake.
 if(NOT EXISTS "${LOG}")
     message(FATAL_ERROR "no Doxygen log at ${LOG}")
 endif()
@@ -44,4 +47,20 @@ foreach(i RANGE 0 ${last} 2)
 endforeach()
 if(other)
     message("  ${other} other")
+endif()
+
+if(HEADERS)
+    file(GLOB_RECURSE headers RELATIVE "${HEADERS}" "${HEADERS}/*.h")
+    set(undocumented)
+    foreach(h IN LISTS headers)
+        file(STRINGS "${HEADERS}/${h}" tags REGEX "[\\@]file")
+        if(NOT tags)
+            list(APPEND undocumented ${h})
+        endif()
+    endforeach()
+    list(LENGTH undocumented count)
+    if(count)
+        list(JOIN undocumented ", " names)
+        message("  ${count} headers without a file comment (their free functions are not listed): ${names}")
+    endif()
 endif()

@@ -60,6 +60,11 @@ cmake -S examples -B "$out/examples" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/de
 cmake --build "$out/examples" -j "$jobs" >/dev/null
 LD_LIBRARY_PATH="$libdir" ctest --test-dir "$out/examples" --output-on-failure
 
+# The README shows the units example in full; it must be the program that was just run.
+awk '/^<!-- examples\/units\/units.cpp/ { on = 1; next } on && /^```cpp$/ { next }
+     on && /^```$/ { exit } on' README.md | diff -u examples/units/units.cpp - >/dev/null ||
+    { echo "package.sh: the example in README.md differs from examples/units/units.cpp" >&2; exit 1; }
+
 LD_LIBRARY_PATH="$libdir" "$prefix/bin/kxbase" --version
 LD_LIBRARY_PATH="$libdir" "$prefix/bin/kxbase" page >/dev/null
 echo "packages checked: ${debs[*]}"
