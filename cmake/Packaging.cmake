@@ -6,6 +6,9 @@
 #                            pkg-config file (component "dev")
 #   kxbase-tools             the kxbase program, kxbase-gui when that target is built, and
 #                            their man pages (component "tools")
+#   libkxbasecommonui<major> the Qt widget library, when the kxbase_ui target is built
+#                            (component "ui": its install rule names LIBRARY COMPONENT ui
+#                            NAMELINK_COMPONENT dev, and kxbase-gui's names COMPONENT tools)
 # Install rules without a component land in "dev" (CMAKE_INSTALL_DEFAULT_COMPONENT_NAME, set
 # before the library's rules), so a new header or config file needs no packaging change.
 # The package version is the project version (read from include/kxbase/version.h) plus the
@@ -19,6 +22,7 @@ set(_kx_deb_version "${PROJECT_VERSION}-${KXBASE_PACKAGE_REVISION}")
 set(_kx_runtime_pkg "libkxbasecommon${PROJECT_VERSION_MAJOR}")
 set(_kx_dev_pkg "libkxbasecommon-dev")
 set(_kx_tools_pkg "kxbase-tools")
+set(_kx_ui_pkg "libkxbasecommonui${PROJECT_VERSION_MAJOR}")
 
 # The Debian changelog is kept by hand, like debian/changelog in a source package; a release
 # that bumps version.h without a changelog entry stops here instead of producing packages
@@ -43,7 +47,10 @@ execute_process(COMMAND ${KXBASE_GZIP} -9nc ${PROJECT_SOURCE_DIR}/docs/debian/ch
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/debian/changelog)
 
 set(_kx_components runtime dev)
-if(TARGET kxbase_tool)
+if(TARGET kxbase_ui)
+    list(APPEND _kx_components ui)
+endif()
+if(TARGET kxbase_tool OR TARGET kxbase_gui)
     list(APPEND _kx_components tools)
 endif()
 foreach(comp IN LISTS _kx_components)
@@ -78,11 +85,16 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Our programs need libkxBaseCommon.so.1, which no installed package provides yet: point
 # dpkg-shlibdeps at the folder the build writes it to.
-get_target_property(_kx_lib_dir kxbase LIBRARY_OUTPUT_DIRECTORY)
-if(NOT _kx_lib_dir)
-    get_target_property(_kx_lib_dir kxbase BINARY_DIR)
-endif()
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${_kx_lib_dir})
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS)
+foreach(lib kxbase kxbase_ui)
+    if(TARGET ${lib})
+        get_target_property(_kx_lib_dir ${lib} LIBRARY_OUTPUT_DIRECTORY)
+        if(NOT _kx_lib_dir)
+            get_target_property(_kx_lib_dir ${lib} BINARY_DIR)
+        endif()
+        list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${_kx_lib_dir})
+    endif()
+endforeach()
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
@@ -111,6 +123,9 @@ This package contains the shared library.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEV_DEPENDS runtime)
+if(TARGET kxbase_ui)
+    list(APPEND CPACK_COMPONENT_DEV_DEPENDS ui)
+endif()
 set(CPACK_COMPONENT_DEV_DESCRIPTION
     "base library of the RIP product family (development files)
 kxBaseCommon provides geometry and transforms, units, raster codecs, ellipse
@@ -122,10 +137,23 @@ pkg-config file (kxbase).")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
+if(TARGET kxbase_gui)
+    list(APPEND CPACK_COMPONENT_TOOLS_DEPENDS ui)
+endif()
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
     "command-line tools over the kxBaseCommon library
 The kxbase program prints page sizes and unit conversions, packs and unpacks
 files with the library's raster codecs, renders ellipses to PNG, converts
 B-splines, tests the shared-memory channel and shows the string table.")
+
+set(CPACK_DEBIAN_UI_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_UI_PACKAGE_CONTROL_EXTRA ${CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA})
+set(CPACK_COMPONENT_UI_DEPENDS runtime)
+set(CPACK_COMPONENT_UI_DESCRIPTION
+    "base library of the RIP product family (Qt widgets)
+The user-interface classes of kxBaseCommon on Qt 6 Widgets: the sortable list
+control, message helpers and dialogs.
+
+This package contains the shared library.")
 
 include(CPack)

@@ -96,8 +96,16 @@ version=$("$prog" --version | head -n 1 | awk '{ print $NF }')
 first=$(printf '%s\n' "$help" | head -n 1)
 summary=$(section NAME)
 if [ -z "$summary" ]; then
-    # "kxbase 1.0.0 - tools over ..." gives "tools over ..."
+    # CLI11: "kxbase 1.0.0 - tools over ..." gives "tools over ...".
     summary=$(printf '%s\n' "$first" | sed -n 's/^[^ ]* [^ ]* - //p')
+fi
+if [ -z "$summary" ]; then
+    # Qt's QCommandLineParser: the application description follows the usage line.
+    summary=$(printf '%s\n' "$help" | awk 'prev ~ /^Usage: / && NF && !/:$/ { print; exit } { prev = $0 }')
+fi
+if [ -z "$summary" ]; then
+    echo "make-manpage.sh: no one-line summary in the help of $name; add [NAME] to $include" >&2
+    exit 1
 fi
 subcommands=$(printf '%s\n' "$help" | list_subcommands)
 upper=$(printf '%s' "$name" | tr 'a-z-' 'A-Z_')

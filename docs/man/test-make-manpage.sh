@@ -117,4 +117,26 @@ if [ $failed -ne 0 ]; then
     echo "--- generated page:"
     cat "$page"
 fi
+
+# A Qt program (QCommandLineParser): no subcommands, the summary is the line after the usage.
+cat >"$work/qtfake" <<'EOF'
+#!/bin/sh
+case "$*" in
+--version) echo "qtfake 3.0.0" ;;
+--help) printf 'Usage: qtfake [options]\nA graphical stand-in\n\nOptions:\n  -h, --help  Displays help on commandline options.\n' ;;
+*) exit 2 ;;
+esac
+EOF
+chmod +x "$work/qtfake"
+sh "$here/make-manpage.sh" "$work/qtfake" qtfake "$work/none.h2m" "May 2030" "$work/qtfake.1"
+grep -Fxq 'qtfake \- A graphical stand-in' "$work/qtfake.1" || { echo "qt: summary missing"; failed=1; }
+grep -Fxq '[\fIOPTIONS\fR]' "$work/qtfake.1" || { echo "qt: synopsis with subcommands"; failed=1; }
+if grep -q '^\.SH COMMANDS' "$work/qtfake.1"; then echo "qt: COMMANDS without subcommands"; failed=1; fi
+
+# Without any summary the page is refused instead of being written with an empty NAME.
+printf '#!/bin/sh\necho "Options:"\n' >"$work/mute"
+chmod +x "$work/mute"
+if sh "$here/make-manpage.sh" "$work/mute" mute "$work/none.h2m" "May 2030" "$work/mute.1" 2>/dev/null; then
+    echo "a page without summary was accepted"; failed=1
+fi
 exit $failed
