@@ -35,7 +35,8 @@ int Client(const char* name) {
 
 int Server(const char* self) {
     // A name of this run only, so two runs at once do not meet.
-    const std::string name = "kxbase-example-" +
+    const std::string name =
+        "kxbase-example-" +
         std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
 
     CShareMemoryServer server;
