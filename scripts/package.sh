@@ -67,4 +67,11 @@ awk '/^<!-- examples\/units\/units.cpp/ { on = 1; next } on && /^```cpp$/ { next
 
 LD_LIBRARY_PATH="$libdir" "$prefix/bin/kxbase" --version
 LD_LIBRARY_PATH="$libdir" "$prefix/bin/kxbase" page >/dev/null
+# The packaged man page describes the packaged program: a section for each subcommand.
+page=$(gzip -dc "$prefix/share/man/man1/kxbase.1.gz")
+for sub in $(LD_LIBRARY_PATH="$libdir" "$prefix/bin/kxbase" --help |
+    awk '/^[A-Za-z ]*:$/ { on = ($0 == "Subcommands:"); next } on && /^  [^ ]/ { print $1 }'); do
+    grep -Fxq ".SS \"kxbase $sub\"" <<<"$page" ||
+        { echo "package.sh: kxbase.1 has no section for 'kxbase $sub'" >&2; exit 1; }
+done
 echo "packages checked: ${debs[*]}"
