@@ -29,8 +29,13 @@ echo "-- Debian packages"
 rm -rf "$build/packages"
 (cd "$build" && cpack -G DEB >/dev/null)
 debs=("$build"/packages/*.deb)
+changelog_version=$(dpkg-parsechangelog -l docs/debian/changelog -S Version)
 for deb in "${debs[@]}"; do
     echo "$(basename "$deb"): $(dpkg-deb -f "$deb" Depends)"
+    if [ "$(dpkg-deb -f "$deb" Version)" != "$changelog_version" ]; then
+        echo "package.sh: $(basename "$deb") is not version $changelog_version of docs/debian/changelog" >&2
+        exit 1
+    fi
 done
 
 echo "-- lintian"
