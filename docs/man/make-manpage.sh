@@ -18,7 +18,7 @@ QT_QPA_PLATFORM=offscreen
 export QT_QPA_PLATFORM
 
 # Help text to roff: "Usage:" lines and section headers ("Options:") become bold paragraphs,
-# indented "spec  description" rows become tagged paragraphs, deeper-indented rows continue
+# indented "option  description" rows become tagged paragraphs, deeper-indented rows continue
 # the previous description, anything else is running text.
 to_roff() {
     awk '
@@ -28,8 +28,8 @@ to_roff() {
     function trim(s) { sub(/^ +/, "", s); sub(/ +$/, "", s); return s }
     { line[++n] = $0 }
     END {
-        # The column where descriptions start: where the first "spec  description" row has
-        # its description. A longer spec pushes its description to that column after a
+        # The column where descriptions start: where the first "option  description" row has
+        # its description. A longer option column pushes its description to that column after a
         # single space, or onto the next row.
         col = 0
         for (k = 1; k <= n && !col; ++k)
@@ -48,13 +48,13 @@ to_roff() {
             if (l ~ /^ /) {
                 match(l, /^ +/); indent = RLENGTH
                 if (indent >= 16 && state == "item") { text(esc(trim(l))); continue }
-                spec = l; desc = ""
+                item = l; desc = ""
                 i = index(substr(l, indent + 1), "  ")
-                if (i > 0) { spec = substr(l, 1, indent + i - 1); desc = substr(l, indent + i) }
+                if (i > 0) { item = substr(l, 1, indent + i - 1); desc = substr(l, indent + i) }
                 else if (col > 1 && length(l) >= col && substr(l, col - 1, 1) == " ") {
-                    spec = substr(l, 1, col - 1); desc = substr(l, col)
+                    item = substr(l, 1, col - 1); desc = substr(l, col)
                 }
-                print ".TP"; print "\\fB" opt(trim(spec)) "\\fR"
+                print ".TP"; print "\\fB" opt(trim(item)) "\\fR"
                 if (trim(desc) != "") text(esc(trim(desc)))
                 state = "item"; gap = 0; continue
             }

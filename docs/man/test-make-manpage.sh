@@ -1,6 +1,6 @@
 #!/bin/sh
 # Checks make-manpage.sh against a stand-in program whose help holds the cases that break a
-# naive conversion: a spec long enough to push its description to a single space or onto
+# naive conversion: an option column long enough to push its description to a single space or onto
 # the next row, text starting with a dot, backslashes, a nested subcommand, the program's
 # own path in its usage lines, and include sections. Exits non-zero listing what is wrong.
 set -eu
