@@ -9,6 +9,7 @@ packages=(
     clang-14 libclang-rt-14-dev libfuzzer-14-dev
     libtiff-dev libpixman-1-dev libcairo2-dev libagg-dev libsisl-dev libboost-dev
     libssl-dev libsodium-dev
+    doxygen dpkg-dev file lintian
 )
 missing=()
 for p in "${packages[@]}"; do
