@@ -39,13 +39,16 @@ struct Disputed {
             if (line.empty() || line[0] == '#') continue;
             const auto a = line.find('|'), b = line.find('|', a + 1);
             if (a == std::string::npos || b == std::string::npos) continue;
-            const auto key = std::make_pair(trim(line.substr(0, a)), trim(line.substr(a + 1, b - a - 1)));
+            const auto key =
+                std::make_pair(trim(line.substr(0, a)), trim(line.substr(a + 1, b - a - 1)));
             keys.insert(key);
             reasons[key] = trim(line.substr(b + 1));
         }
     }
-    const std::string* find(const std::string& family, std::size_t index, const std::string& why) const {
-        for (const auto& key : {std::make_pair(family, std::to_string(index)), std::make_pair(family, why)}) {
+    const std::string* find(const std::string& family, std::size_t index,
+                            const std::string& why) const {
+        for (const auto& key :
+             {std::make_pair(family, std::to_string(index)), std::make_pair(family, why)}) {
             const auto it = reasons.find(key);
             if (it != reasons.end()) return &it->second;
         }
@@ -91,18 +94,22 @@ int main(int argc, char** argv) {
             }
             return argv[++i];
         };
-        if (arg == "--vectors") dir = value();
+        if (arg == "--vectors")
+            dir = value();
         else if (arg == "--families") {
             std::stringstream ss(value());
             for (std::string f; std::getline(ss, f, ',');)
                 if (!f.empty()) families.insert(f);
-        } else if (arg == "--show") show = std::stoul(value());
-        else if (arg == "--disputed") disputed_file = value();
+        } else if (arg == "--show")
+            show = std::stoul(value());
+        else if (arg == "--disputed")
+            disputed_file = value();
         else if (arg == "-h" || arg == "--help") {
             std::cout << "usage: kxbase_conformance [--vectors DIR] [--families a,b] [--show N] "
                          "[--disputed FILE] [FILE.json ...]\n";
             return 0;
-        } else files.emplace_back(arg);
+        } else
+            files.emplace_back(arg);
     }
     if (files.empty()) {
         if (!fs::is_directory(dir)) {
@@ -141,16 +148,18 @@ int main(int argc, char** argv) {
                 got = run_one(v, problem);
             } catch (const conf::Unsupported& e) {
                 ++t.unsupported;
-                if (t.notes.size() < show) t.notes.push_back("  #" + std::to_string(i) + " unsupported: " + e.what());
+                if (t.notes.size() < show)
+                    t.notes.push_back("  #" + std::to_string(i) + " unsupported: " + e.what());
                 continue;
             }
             const json* tol = v.contains("tol") ? &v["tol"] : nullptr;
-            const bool ok = problem.empty() &&
-                            conf::matches(got, v.at("expect"), v.value("cmp", "exact"), tol, mismatch);
+            const bool ok =
+                problem.empty() &&
+                conf::matches(got, v.at("expect"), v.value("cmp", "exact"), tol, mismatch);
             if (const std::string* reason = disputed.find(family, i, why)) {
                 ++t.disputed;
-                t.notes.push_back("  #" + std::to_string(i) + " disputed (" + (ok ? "passes" : "differs") +
-                                  "): " + *reason);
+                t.notes.push_back("  #" + std::to_string(i) + " disputed (" +
+                                  (ok ? "passes" : "differs") + "): " + *reason);
                 continue;
             }
             if (ok) {
@@ -159,8 +168,9 @@ int main(int argc, char** argv) {
             }
             ++t.failed;
             if (t.notes.size() < show) {
-                t.notes.push_back("  #" + std::to_string(i) + " " + v.at("fn").get<std::string>() + " (" + why +
-                                  ")\n      args " + v.at("args").dump().substr(0, 300) + "\n      " +
+                t.notes.push_back("  #" + std::to_string(i) + " " + v.at("fn").get<std::string>() +
+                                  " (" + why + ")\n      args " +
+                                  v.at("args").dump().substr(0, 300) + "\n      " +
                                   (problem.empty() ? mismatch : problem).substr(0, 600));
             }
         }
@@ -173,8 +183,8 @@ int main(int argc, char** argv) {
 
     bool bad = false;
     for (const auto& [family, t] : tallies) {
-        std::cout << family << ": " << t.passed << " passed, " << t.failed << " failed, " << t.unsupported
-                  << " unsupported";
+        std::cout << family << ": " << t.passed << " passed, " << t.failed << " failed, "
+                  << t.unsupported << " unsupported";
         if (t.disputed) std::cout << ", " << t.disputed << " disputed";
         std::cout << "\n";
         for (const auto& n : t.notes) std::cout << n << "\n";
