@@ -17,7 +17,7 @@ using cz::Probe;
 // dstLen) or `codes` (codeCap, codeCount). A JSON null input, or an output named null in the
 // arguments, passes a null pointer; a length left alone comes back as null.
 template <class In, class Out, class F>
-json Stage(const json& a, F fn, bool twoBit) {
+json Stage(const json& a, F fn) {
     constexpr bool codesIn = sizeof(In) == 2, codesOut = sizeof(Out) == 2;
     const json& in = a.at(codesIn ? "codes" : "src");
     std::vector<In> src;
@@ -40,23 +40,16 @@ json Stage(const json& a, F fn, bool twoBit) {
            {codesOut ? "codeCount" : "dstLen", len == kUntouched ? json() : json(len)}};
     if (len == kUntouched) return o;
     const ULONG m = std::min(len, cap);
-    if constexpr (codesOut) {
+    if constexpr (codesOut)
         o[outKey] = std::vector<WORD>(dst.begin(), dst.begin() + m);
-    } else {
+    else
         o[outKey] = conf::hex(dst.data(), m);
-        // The last literal of a 2-bit line takes three places; those past the line carry no
-        // meaning (written as 0 here), so the mask leaves them out.
-        std::vector<BYTE> mask(m, 0xFF);
-        const BYTE rem = m >= 2 ? dst[m - 1] : 0;  // the closing byte
-        if (twoBit && (rem == 1 || rem == 2)) mask[m - 2] = rem == 1 ? 0xF0 : 0xFC;
-        o["dstMask"] = conf::hex(mask.data(), m);
-    }
     return o;
 }
 
 template <class In = BYTE, class Out = BYTE, class F>
-conf::Handler S(F fn, bool twoBit = false) {
-    return [=](const json& a) { return Stage<In, Out>(a, fn, twoBit); };
+conf::Handler S(F fn) {
+    return [=](const json& a) { return Stage<In, Out>(a, fn); };
 }
 
 // Base64 texts: the hex bytes; c_str() adds the terminating zero the routines read up to.
@@ -109,16 +102,13 @@ const conf::Register reg{
     {"ACompress::Comp_RLE24", S(Probe::Comp_RLE24)},
     {"ACompress::Comp_RLE4", S(Probe::Comp_RLE4)},
     {"ACompress::Pack1", S(Probe::Pack1)},
-    {"ACompress::Pack2", S(Probe::Pack2, true)},
+    {"ACompress::Pack2", S(Probe::Pack2)},
     {"ACompress::Pack",
      [](const json& a) {
          const int d = conf::i32(a.at("depth"));
-         return Stage<BYTE, BYTE>(
-             a,
-             [d](const BYTE* s, ULONG n, BYTE* o, ULONG c, ULONG& l) {
-                 return ACompress::Pack(s, n, d, o, c, l);
-             },
-             d == 2);
+         return Stage<BYTE, BYTE>(a, [d](const BYTE* s, ULONG n, BYTE* o, ULONG c, ULONG& l) {
+             return ACompress::Pack(s, n, d, o, c, l);
+         });
      }},
     {"ACompress::Pack_Value",
      conf::call(
