@@ -23,39 +23,34 @@ using conf::json;
 
 namespace {
 
-struct Disputed {
-    std::set<std::pair<std::string, std::string>> keys;  // (family, index or why)
-    std::map<std::pair<std::string, std::string>, std::string> reasons;
+// disputed.txt lines: "family | index-or-why | reason"; '#' starts a comment.
+using Disputed = std::map<std::pair<std::string, std::string>, std::string>;
 
-    // Lines: "family | index-or-why | reason"; '#' starts a comment.
-    void load(const fs::path& file) {
-        std::ifstream in(file);
-        std::string line;
-        auto trim = [](std::string s) {
-            s.erase(0, s.find_first_not_of(" \t"));
-            s.erase(s.find_last_not_of(" \t\r") + 1);
-            return s;
-        };
-        while (std::getline(in, line)) {
-            if (line.empty() || line[0] == '#') continue;
-            const auto a = line.find('|'), b = line.find('|', a + 1);
-            if (a == std::string::npos || b == std::string::npos) continue;
-            const auto key =
-                std::make_pair(trim(line.substr(0, a)), trim(line.substr(a + 1, b - a - 1)));
-            keys.insert(key);
-            reasons[key] = trim(line.substr(b + 1));
-        }
+std::string Trim(std::string s) {
+    s.erase(0, s.find_first_not_of(" \t"));
+    s.erase(s.find_last_not_of(" \t\r") + 1);
+    return s;
+}
+
+Disputed LoadDisputed(const fs::path& file) {
+    Disputed d;
+    std::ifstream in(file);
+    for (std::string line; std::getline(in, line);) {
+        const auto a = line.find('|'), b = line.find('|', a + 1);
+        if (line.empty() || line[0] == '#' || b == std::string::npos) continue;
+        d[{Trim(line.substr(0, a)), Trim(line.substr(a + 1, b - a - 1))}] =
+            Trim(line.substr(b + 1));
     }
-    const std::string* find(const std::string& family, std::size_t index,
-                            const std::string& why) const {
-        for (const auto& key :
-             {std::make_pair(family, std::to_string(index)), std::make_pair(family, why)}) {
-            const auto it = reasons.find(key);
-            if (it != reasons.end()) return &it->second;
-        }
-        return nullptr;
-    }
-};
+    return d;
+}
+
+const std::string* FindDisputed(const Disputed& d, const std::string& family, std::size_t index,
+                                const std::string& why) {
+    for (const auto& key :
+         {std::make_pair(family, std::to_string(index)), std::make_pair(family, why)})
+        if (const auto it = d.find(key); it != d.end()) return &it->second;
+    return nullptr;
+}
 
 struct Tally {
     int passed = 0, failed = 0, unsupported = 0, disputed = 0;
@@ -121,8 +116,7 @@ int main(int argc, char** argv) {
             if (e.path().extension() == ".json") files.push_back(e.path());
         std::sort(files.begin(), files.end());
     }
-    Disputed disputed;
-    if (fs::exists(disputed_file)) disputed.load(disputed_file);
+    const Disputed disputed = LoadDisputed(disputed_file);
 
     std::map<std::string, Tally> tallies;
     std::set<std::string> seen;
@@ -157,7 +151,7 @@ int main(int argc, char** argv) {
             const bool ok =
                 problem.empty() &&
                 conf::matches(got, v.at("expect"), v.value("cmp", "exact"), tol, mismatch);
-            if (const std::string* reason = disputed.find(family, i, why)) {
+            if (const std::string* reason = FindDisputed(disputed, family, i, why)) {
                 ++t.disputed;
                 t.notes.push_back("  #" + std::to_string(i) + " disputed (" +
                                   (ok ? "passes" : "differs") + "): " + *reason);

@@ -36,20 +36,27 @@ struct Record {
     INT64 key;
     INT64 id;
 };
-LONG CompareKeys(const void* a, const void* b) {
+// The comparisons the vectors name: by key ascending or descending, or one constant answer.
+LONG g_answer = 0;
+LONG Ascending(const void* a, const void* b) {
     const INT64 x = static_cast<const Record*>(a)->key, y = static_cast<const Record*>(b)->key;
     return (x > y) - (x < y);
 }
-LONG AlwaysOne(const void*, const void*) {
-    return 1;
+LONG Descending(const void* a, const void* b) {
+    return Ascending(b, a);
+}
+LONG Constant(const void*, const void*) {
+    return g_answer;
 }
 
 void MergeSort(std::vector<std::vector<INT64>>& rows, const std::string& how) {
     LONG (*compare)(const void*, const void*) = nullptr;
-    if (how == "always 1")
-        compare = AlwaysOne;
+    if (how.rfind("always ", 0) == 0)
+        compare = Constant, g_answer = std::stoi(how.substr(7));
     else if (how.rfind("key ascending", 0) == 0)
-        compare = CompareKeys;
+        compare = Ascending;
+    else if (how.rfind("key descending", 0) == 0)
+        compare = Descending;
     else
         throw conf::Unsupported("comparison: " + how);
     std::vector<Record> records, temp(rows.size());
