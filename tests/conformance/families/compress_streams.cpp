@@ -137,6 +137,7 @@ const conf::Register reg{
                      {"bitTable", conf::hex(&Probe::m_byBitTable[0][0], 2048)},
                      {"rowTable", conf::hex(rows.data(), rows.size())}};
      }},
+    {"ACompress::Exit", conf::call(Probe::Exit)},
     {"ACompress::Base64_Encode",
      [](const json& a) {
          const auto text = Text(a.at("text"));
