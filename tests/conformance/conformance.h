@@ -45,6 +45,8 @@ struct Register {
 void add(const std::string& fn, Handler h);
 
 const Handler* find_handler(const std::string& fn);
+/// Every bound operation name, sorted (--list).
+std::vector<std::string> handler_names();
 
 // ---- scalar readers and writers (json_args.cpp) ------------------------------------------
 /// A double: a JSON number or one of "nan", "inf", "-inf".

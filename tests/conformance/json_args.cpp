@@ -21,6 +21,12 @@ Register::Register(std::initializer_list<std::pair<const char*, Handler>> handle
     for (const auto& [fn, h] : handlers) add(fn, h);
 }
 
+std::vector<std::string> handler_names() {
+    std::vector<std::string> names;
+    for (const auto& [fn, h] : registry()) names.push_back(fn);
+    return names;
+}
+
 const Handler* find_handler(const std::string& fn) {
     const auto it = registry().find(fn);
     return it == registry().end() ? nullptr : &it->second;

@@ -1,6 +1,8 @@
 // kxbase_conformance: runs golden vectors against the library.
 //
-//   kxbase_conformance [--vectors DIR] [--families a,b] [--show N] [FILE.json ...]
+//   kxbase_conformance [--vectors DIR] [--families a,b] [--show N] [--list] [FILE.json ...]
+//
+// --list prints every bound operation name.
 //
 // Prints one line per family, "FAMILY: N passed, M failed, K unsupported", then the first
 // few failures. Exits 1 when any vector of a family that was run fails or is unsupported.
@@ -100,9 +102,13 @@ int main(int argc, char** argv) {
             show = std::stoul(value());
         else if (arg == "--disputed")
             disputed_file = value();
-        else if (arg == "-h" || arg == "--help") {
-            std::cout << "usage: kxbase_conformance [--vectors DIR] [--families a,b] [--show N] "
-                         "[--disputed FILE] [FILE.json ...]\n";
+        else if (arg == "--list") {
+            for (const auto& fn : conf::handler_names()) std::cout << fn << "\n";
+            return 0;
+        } else if (arg == "-h" || arg == "--help") {
+            std::cout
+                << "usage: kxbase_conformance [--vectors DIR] [--families a,b] [--show N] [--list] "
+                   "[--disputed FILE] [FILE.json ...]\n";
             return 0;
         } else
             files.emplace_back(arg);
