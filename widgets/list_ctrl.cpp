@@ -194,8 +194,9 @@ BOOL CHeaderCtrl::SetItem(int nPos, const HDITEM* item) {
         QHeaderView* h = m_list->header();
         if (item->fmt & (HDF_SORTUP | HDF_SORTDOWN)) {
             h->setSortIndicatorShown(true);
-            h->setSortIndicator(nPos, (item->fmt & HDF_SORTUP) ? Qt::AscendingOrder
-                                                               : Qt::DescendingOrder);
+            // QHeaderView draws its "sort up" arrow for Qt::DescendingOrder.
+            h->setSortIndicator(nPos, (item->fmt & HDF_SORTUP) ? Qt::DescendingOrder
+                                                               : Qt::AscendingOrder);
         } else if (h->sortIndicatorSection() == nPos) {
             h->setSortIndicatorShown(false);
         }
