@@ -9,6 +9,7 @@ packages=(
     clang-14 libclang-rt-14-dev libfuzzer-14-dev
     libtiff-dev libpixman-1-dev libcairo2-dev libagg-dev libsisl-dev libboost-dev
     libssl-dev libsodium-dev
+    qt6-base-dev xvfb xauth fonts-wqy-microhei
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -44,6 +44,7 @@ libdir=$(dirname "$(find "$prefix" -name 'libkxBaseCommon.so' | head -n 1)")
 LD_LIBRARY_PATH="$libdir" build/consumer/consumer_shared
 build/consumer/consumer_static
 PKG_CONFIG_PATH="$libdir/pkgconfig" pkg-config --exists kxbase
+PKG_CONFIG_PATH="$libdir/pkgconfig" pkg-config --exists kxbase_ui
 g++ -std=c++20 tests/package/consumer.cpp -o build/consumer/consumer_pc \
     $(PKG_CONFIG_PATH="$libdir/pkgconfig" pkg-config --cflags --libs kxbase)
 LD_LIBRARY_PATH="$libdir" build/consumer/consumer_pc
