@@ -131,8 +131,14 @@ void StartUp() {
                                   Qt::QueuedConnection);
 }
 
+// At load the hooks go in at once (they answer "no window" until an application exists);
+// the start-up routine runs again when the host creates its QCoreApplication, and measures
+// the screen then.
+void InstallAtLoad() { KxUiInit(); }
+
 }  // namespace
 
+Q_CONSTRUCTOR_FUNCTION(InstallAtLoad)
 Q_COREAPP_STARTUP_FUNCTION(StartUp)
 
 namespace kxui_detail {

@@ -1,7 +1,8 @@
 // kxBaseCommon's user-interface library (Qt 6 Widgets): start-up and the windows it knows.
 //
-// Loading the shared library registers a start-up routine with Qt; when the host creates
-// its QApplication (or at once, when one already exists) the routine runs KxUiInit, which
+// Loading the library runs KxUiInit once, and registers a start-up routine with Qt that runs
+// it again when the host creates its QApplication (or at once, when one already exists).
+// KxUiInit
 //   - installs the core's dialog hook (ZelDialogMsg shows a QMessageBox),
 //   - installs the core's status hook (ZelStatusMsg writes to the main window's status bar),
 //   - installs the core's screen provider and measures g_EnvObj again from the primary
