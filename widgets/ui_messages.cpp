@@ -1,8 +1,10 @@
 // The password dialog, mouse-message mapping, the object validity probe and AMsgSend.
 #include <kxbase/ui/messages.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <future>
 
 #include <QApplication>
 #include <QDialog>
@@ -188,9 +190,19 @@ LRESULT AMsgSend::ToMain(UINT message, WPARAM wParam, LPARAM lParam) {
         Deliver(message, wParam, lParam, &result);
         return result;
     }
-    QMetaObject::invokeMethod(app, [&] { Deliver(message, wParam, lParam, &result); },
-                              Qt::BlockingQueuedConnection);
-    return result;
+    // The answer comes back through a promise rather than through Qt's blocking call alone,
+    // so that the hand-over is a synchronisation the thread checkers can see.
+    std::promise<LRESULT> answer;
+    std::future<LRESULT> ready = answer.get_future();
+    QMetaObject::invokeMethod(
+        app,
+        [message, wParam, lParam, &answer] {
+            LRESULT r = 0;
+            Deliver(message, wParam, lParam, &r);
+            answer.set_value(r);
+        },
+        Qt::BlockingQueuedConnection);
+    return ready.wait_for(std::chrono::seconds(0)) == std::future_status::ready ? ready.get() : 0;
 }
 
 int AMsgSend::PostToMain(UINT message, WPARAM wParam, LPARAM lParam) {

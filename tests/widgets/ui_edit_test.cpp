@@ -1,5 +1,5 @@
 // Numeric edit controls: which edits the validators accept, refuse or hold as intermediate,
-// the clamped values, hex mode, and the parser's name.
+// the clamped values and hex mode.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -7,7 +7,6 @@
 #include <QValidator>
 
 #include <kxbase/ui/numeric_edit.h>
-#include <kxbase/widgets/int64_parse.h>
 
 namespace {
 
@@ -96,11 +95,6 @@ TEST(NumericEdit, ValuesAreClampedAndFormatted) {
     i64.SetValue(-255);
     EXPECT_EQ(i64.text(), "-FF");
     EXPECT_EQ(i64.GetValue(), -255);
-}
-
-TEST(NumericEdit, ToInt64IsTheCoreParser) {
-    for (const char* t : {"12", " -7 ", "0x1F", "FFFFFFFFFFFFFFFF", "x", ""})
-        for (int hex : {0, 1}) EXPECT_EQ(CInt64Edit::ToInt64(t, hex), ZelTextToInt64(t, hex)) << t;
 }
 
 TEST(NumericEdit, FloatEdit) {
