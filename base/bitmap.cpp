@@ -21,7 +21,8 @@ HBITMAP KxCreateBitmap(int width, int height) {
     try {
         auto* image = new KxBitmapImage{width, height, {}};
         try {
-            image->pixels.assign(static_cast<std::size_t>(width) * 3u * static_cast<std::size_t>(height), 0);
+            image->pixels.assign(
+                static_cast<std::size_t>(width) * 3u * static_cast<std::size_t>(height), 0);
         } catch (...) {
             delete image;
             return nullptr;
@@ -32,7 +33,9 @@ HBITMAP KxCreateBitmap(int width, int height) {
     }
 }
 
-void KxDeleteBitmap(HBITMAP bitmap) { delete bitmap; }
+void KxDeleteBitmap(HBITMAP bitmap) {
+    delete bitmap;
+}
 
 int KxGetBitmap(HBITMAP bitmap, BITMAP* out) {
     if (bitmap == nullptr || out == nullptr) return 0;
@@ -49,7 +52,9 @@ int KxGetBitmap(HBITMAP bitmap, BITMAP* out) {
 KX_IMPLEMENT_DYNAMIC(CBitmap, CObject)
 KX_IMPLEMENT_DYNAMIC(ABitmap, CBitmap)
 
-CBitmap::~CBitmap() { DeleteObject(); }
+CBitmap::~CBitmap() {
+    DeleteObject();
+}
 
 int CBitmap::CreateBitmap(int width, int height) {
     DeleteObject();
@@ -141,7 +146,8 @@ int ABitmap::Copy(HBITMAP source) {
     BITMAP info;
     if (KxGetBitmap(source, &info) == 0) return 0;
     try {
-        std::vector<BYTE> buffer(static_cast<std::size_t>(RgbBitsSize(info.bmWidth, info.bmHeight)));
+        std::vector<BYTE> buffer(
+            static_cast<std::size_t>(RgbBitsSize(info.bmWidth, info.bmHeight)));
         ABitmap from;
         from.m_hObject = source;
         from.GetRgbBits(buffer.data());

@@ -13,7 +13,8 @@ QImage KxBitmapToImage(const CBitmap& bitmap) {
     if (image.isNull()) return {};
     const auto* src = static_cast<const uchar*>(info.bmBits);
     for (int y = 0; y < info.bmHeight; ++y)
-        std::memcpy(image.scanLine(y), src + static_cast<std::size_t>(y) * static_cast<std::size_t>(info.bmWidthBytes),
+        std::memcpy(image.scanLine(y),
+                    src + static_cast<std::size_t>(y) * static_cast<std::size_t>(info.bmWidthBytes),
                     static_cast<std::size_t>(info.bmWidthBytes));
     return image;
 }

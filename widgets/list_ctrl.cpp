@@ -26,9 +26,12 @@ struct Row {
 
 Qt::Alignment AlignmentOf(int justify) {
     switch (justify & 3) {
-        case 1: return Qt::AlignRight | Qt::AlignVCenter;
-        case 2: return Qt::AlignHCenter | Qt::AlignVCenter;
-        default: return Qt::AlignLeft | Qt::AlignVCenter;
+        case 1:
+            return Qt::AlignRight | Qt::AlignVCenter;
+        case 2:
+            return Qt::AlignHCenter | Qt::AlignVCenter;
+        default:
+            return Qt::AlignLeft | Qt::AlignVCenter;
     }
 }
 
@@ -136,8 +139,10 @@ namespace {
 void MergeSort(std::vector<int>& perm, const std::vector<LPARAM>& data, PFNLVCOMPARE compare,
                LPARAM sortData) {
     const std::size_t n = perm.size();
-    auto after = [&](int a, int b) { return compare(data[static_cast<std::size_t>(a)],
-                                                    data[static_cast<std::size_t>(b)], sortData) > 0; };
+    auto after = [&](int a, int b) {
+        return compare(data[static_cast<std::size_t>(a)], data[static_cast<std::size_t>(b)],
+                       sortData) > 0;
+    };
     constexpr std::size_t kRun = 16;
     for (std::size_t lo = 0; lo < n; lo += kRun) {
         const std::size_t hi = std::min(n, lo + kRun);
@@ -168,7 +173,9 @@ void MergeSort(std::vector<int>& perm, const std::vector<LPARAM>& data, PFNLVCOM
 
 // ---- CHeaderCtrl -------------------------------------------------------------------------
 
-int CHeaderCtrl::GetItemCount() const { return static_cast<int>(m_list->m_model->columns.size()); }
+int CHeaderCtrl::GetItemCount() const {
+    return static_cast<int>(m_list->m_model->columns.size());
+}
 
 BOOL CHeaderCtrl::GetItem(int nPos, HDITEM* item) const {
     if (item == nullptr || nPos < 0 || nPos >= GetItemCount()) return FALSE;
@@ -188,15 +195,16 @@ BOOL CHeaderCtrl::SetItem(int nPos, const HDITEM* item) {
     if (item == nullptr || nPos < 0 || nPos >= GetItemCount()) return FALSE;
     kxui_detail::Column& c = m_list->m_model->columns[static_cast<std::size_t>(nPos)];
     if (item->mask & HDI_TEXT) c.heading = item->pszText;
-    if ((item->mask & HDI_WIDTH) && item->cxy >= 0) m_list->header()->resizeSection(nPos, item->cxy);
+    if ((item->mask & HDI_WIDTH) && item->cxy >= 0)
+        m_list->header()->resizeSection(nPos, item->cxy);
     if (item->mask & HDI_FORMAT) {
         c.headerFormat = item->fmt;
         QHeaderView* h = m_list->header();
         if (item->fmt & (HDF_SORTUP | HDF_SORTDOWN)) {
             h->setSortIndicatorShown(true);
             // QHeaderView draws its "sort up" arrow for Qt::DescendingOrder.
-            h->setSortIndicator(nPos, (item->fmt & HDF_SORTUP) ? Qt::DescendingOrder
-                                                               : Qt::AscendingOrder);
+            h->setSortIndicator(
+                nPos, (item->fmt & HDF_SORTUP) ? Qt::DescendingOrder : Qt::AscendingOrder);
         } else if (h->sortIndicatorSection() == nPos) {
             h->setSortIndicatorShown(false);
         }
@@ -260,7 +268,9 @@ int CListCtrl::GetColumnWidth(int nCol) const {
     return header()->sectionSize(nCol);
 }
 
-int CListCtrl::GetItemCount() const { return static_cast<int>(m_model->rows.size()); }
+int CListCtrl::GetItemCount() const {
+    return static_cast<int>(m_model->rows.size());
+}
 
 int CListCtrl::InsertItem(int nItem, const char* text) {
     if (nItem < 0) return -1;
@@ -326,7 +336,8 @@ BOOL CListCtrl::SetItemState(int nItem, UINT state, UINT mask) {
 UINT CListCtrl::GetItemState(int nItem, UINT mask) const {
     if (nItem < 0 || nItem >= GetItemCount()) return 0;
     UINT state = 0;
-    if ((mask & LVIS_SELECTED) && selectionModel()->isRowSelected(nItem, {})) state |= LVIS_SELECTED;
+    if ((mask & LVIS_SELECTED) && selectionModel()->isRowSelected(nItem, {}))
+        state |= LVIS_SELECTED;
     if ((mask & LVIS_FOCUSED) && selectionModel()->currentIndex().row() == nItem)
         state |= LVIS_FOCUSED;
     return state;

@@ -27,7 +27,8 @@ IntReading ReadInt(const std::string& raw, int hex) {
     const std::string t = b == std::string::npos ? std::string() : raw.substr(b, e - b + 1);
     const bool negative = !t.empty() && t[0] == '-';
     const std::string body = (!t.empty() && (t[0] == '-' || t[0] == '+')) ? t.substr(1) : t;
-    if (body.empty() || (hex && (body == "0x" || body == "0X"))) return {IntReading::kPrefix, negative, 0};
+    if (body.empty() || (hex && (body == "0x" || body == "0X")))
+        return {IntReading::kPrefix, negative, 0};
     bool ok = false;
     const INT64 v = ZelTextToInt64(t.c_str(), hex, &ok);
     return {ok ? IntReading::kNumber : IntReading::kInvalid, negative, v};
@@ -47,14 +48,18 @@ public:
         if (r.kind == IntReading::kPrefix)
             return (r.negative && !m_edit->CanBeNegative()) ? Invalid : Intermediate;
         switch (m_edit->Place(r.negative, r.bits)) {
-            case 0: return Acceptable;
-            case -1: return Intermediate;  // more digits can still reach the range
-            default: return Invalid;
+            case 0:
+                return Acceptable;
+            case -1:
+                return Intermediate;  // more digits can still reach the range
+            default:
+                return Invalid;
         }
     }
 
     void fixup(QString& input) const override {
-        input = QString::fromUtf8(m_edit->TextOf(m_edit->ValueOf(input.toStdString(), 0)).GetString());
+        input =
+            QString::fromUtf8(m_edit->TextOf(m_edit->ValueOf(input.toStdString(), 0)).GetString());
     }
 
 private:
@@ -62,7 +67,11 @@ private:
 };
 
 CIntegerEditBase::CIntegerEditBase(QWidget* parent, bool isUnsigned, INT64 lo, INT64 hi, int hex)
-    : QLineEdit(parent), m_unsigned(isUnsigned), m_lo(lo), m_hi(hi), m_hex(hex),
+    : QLineEdit(parent),
+      m_unsigned(isUnsigned),
+      m_lo(lo),
+      m_hi(hi),
+      m_hex(hex),
       m_validator(new Validator(this)) {
     setValidator(m_validator);
     setText(QString::fromUtf8(TextOf(ValueBits(0)).GetString()));
@@ -72,7 +81,9 @@ bool CIntegerEditBase::Less(INT64 a, INT64 b) const {
     return m_unsigned ? static_cast<UINT64>(a) < static_cast<UINT64>(b) : a < b;
 }
 
-bool CIntegerEditBase::CanBeNegative() const { return !m_unsigned && m_lo < 0; }
+bool CIntegerEditBase::CanBeNegative() const {
+    return !m_unsigned && m_lo < 0;
+}
 
 // -1: below the range but growing digits could still reach it; 0: inside; 1: beyond reach.
 int CIntegerEditBase::Place(bool negative, INT64 bits) const {
@@ -110,10 +121,7 @@ INT64 CIntegerEditBase::ValueBits(INT64 fallback) const {
 
 int CIntegerEditBase::IsValid() const {
     const IntReading r = ReadInt(text().toStdString(), m_hex);
-    return r.kind == IntReading::kNumber &&
-                   Place(r.negative, r.bits) == 0
-               ? 1
-               : 0;
+    return r.kind == IntReading::kNumber && Place(r.negative, r.bits) == 0 ? 1 : 0;
 }
 
 CString CIntegerEditBase::TextOf(INT64 v) const {
@@ -136,10 +144,13 @@ void CIntegerEditBase::SetRangeBits(INT64 lo, INT64 hi) {
     setText(QString::fromUtf8(TextOf(ValueBits(0)).GetString()));
 }
 
-void CIntegerEditBase::SetValueBits(INT64 v) { setText(QString::fromUtf8(TextOf(Clamp(v)).GetString())); }
+void CIntegerEditBase::SetValueBits(INT64 v) {
+    setText(QString::fromUtf8(TextOf(Clamp(v)).GetString()));
+}
 
 CIntEdit::CIntEdit(QWidget* parent, int hex)
-    : CIntegerEditBase(parent, false, std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), hex) {}
+    : CIntegerEditBase(parent, false, std::numeric_limits<int>::min(),
+                       std::numeric_limits<int>::max(), hex) {}
 
 CDWORDEdit::CDWORDEdit(QWidget* parent, int hex)
     : CIntegerEditBase(parent, true, 0, std::numeric_limits<DWORD>::max(), hex) {}
@@ -148,10 +159,11 @@ CInt64Edit::CInt64Edit(QWidget* parent, int hex)
     : CIntegerEditBase(parent, false, std::numeric_limits<INT64>::min(),
                        std::numeric_limits<INT64>::max(), hex) {}
 
-INT64 CInt64Edit::ToInt64(const char* text, int hex) { return ZelTextToInt64(text, hex); }
+INT64 CInt64Edit::ToInt64(const char* text, int hex) {
+    return ZelTextToInt64(text, hex);
+}
 
-CUINT64Edit::CUINT64Edit(QWidget* parent, int hex)
-    : CIntegerEditBase(parent, true, 0, -1, hex) {}
+CUINT64Edit::CUINT64Edit(QWidget* parent, int hex) : CIntegerEditBase(parent, true, 0, -1, hex) {}
 
 // ---- decimals ----------------------------------------------------------------------------
 
@@ -194,9 +206,12 @@ public:
     State validate(QString& input, int&) const override {
         double v = 0;
         switch (ReadFloat(input.toStdString(), m_edit->m_digits, &v)) {
-            case 2: return Invalid;
-            case 1: return (input.contains('-') && m_edit->m_lo >= 0) ? Invalid : Intermediate;
-            default: break;
+            case 2:
+                return Invalid;
+            case 1:
+                return (input.contains('-') && m_edit->m_lo >= 0) ? Invalid : Intermediate;
+            default:
+                break;
         }
         if (v >= m_edit->m_lo && v <= m_edit->m_hi) return Acceptable;
         // Below a positive minimum, or above a negative maximum, more digits may still help.
@@ -214,7 +229,10 @@ private:
 };
 
 CFloatEdit::CFloatEdit(QWidget* parent, int digits)
-    : QLineEdit(parent), m_lo(-kFloatLimit), m_hi(kFloatLimit), m_digits(std::clamp(digits, 0, 10)) {
+    : QLineEdit(parent),
+      m_lo(-kFloatLimit),
+      m_hi(kFloatLimit),
+      m_digits(std::clamp(digits, 0, 10)) {
     setValidator(new Validator(this));
     SetValue(0.0);
 }

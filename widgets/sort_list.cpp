@@ -18,10 +18,14 @@ std::string Folded(const char* s) {
     return out;
 }
 
-int Sign(int v) { return (v > 0) - (v < 0); }
+int Sign(int v) {
+    return (v > 0) - (v < 0);
+}
 
 // Byte-wise comparison of a with b, bytes unsigned (std::string::compare is unsigned).
-int Bytes(const std::string& a, const std::string& b) { return Sign(a.compare(b)); }
+int Bytes(const std::string& a, const std::string& b) {
+    return Sign(a.compare(b));
+}
 
 DWORD TickMs() {
     using namespace std::chrono;
@@ -33,8 +37,7 @@ DWORD TickMs() {
 
 // ---- ASortListCompare --------------------------------------------------------------------
 
-ASortListCompare::ASortListCompare(int bDescending, int bEnabled, int nColumn,
-                                   PFNSORTTEXT convert)
+ASortListCompare::ASortListCompare(int bDescending, int bEnabled, int nColumn, PFNSORTTEXT convert)
     : m_dir(bDescending ? 1 : -1), m_enabled(bEnabled), m_column(nColumn), m_convert(convert) {}
 
 void ASortListCompare::Reserve(std::size_t rows) {
@@ -116,7 +119,9 @@ DWORD CSortListCtrl::GetItemFlag() {
     return now;
 }
 
-int CSortListCtrl::SetItemDataEx(int nItem) { return SetItemData(nItem, GetItemFlag()); }
+int CSortListCtrl::SetItemDataEx(int nItem) {
+    return SetItemData(nItem, GetItemFlag());
+}
 
 int CSortListCtrl::GetColumnCount(const CListCtrl* list) {
     if (list == nullptr) return 0;

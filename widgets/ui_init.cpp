@@ -39,7 +39,8 @@ std::vector<Button> ButtonsOf(UINT type) {
     using B = QMessageBox;
     switch (type & MB_TYPEMASK) {
         case MB_OKCANCEL:
-            return {{B::Ok, nullptr, B::AcceptRole, IDOK}, {B::Cancel, nullptr, B::RejectRole, IDCANCEL}};
+            return {{B::Ok, nullptr, B::AcceptRole, IDOK},
+                    {B::Cancel, nullptr, B::RejectRole, IDCANCEL}};
         case MB_ABORTRETRYIGNORE:
             return {{B::Abort, nullptr, B::RejectRole, IDABORT},
                     {B::Retry, nullptr, B::AcceptRole, IDRETRY},
@@ -64,18 +65,23 @@ std::vector<Button> ButtonsOf(UINT type) {
 
 QMessageBox::Icon IconOf(UINT type) {
     switch (type & MB_ICONMASK) {
-        case MB_ICONERROR: return QMessageBox::Critical;
-        case MB_ICONQUESTION: return QMessageBox::Question;
-        case MB_ICONWARNING: return QMessageBox::Warning;
-        case MB_ICONINFORMATION: return QMessageBox::Information;
-        default: return QMessageBox::NoIcon;
+        case MB_ICONERROR:
+            return QMessageBox::Critical;
+        case MB_ICONQUESTION:
+            return QMessageBox::Question;
+        case MB_ICONWARNING:
+            return QMessageBox::Warning;
+        case MB_ICONINFORMATION:
+            return QMessageBox::Information;
+        default:
+            return QMessageBox::NoIcon;
     }
 }
 
 int ShowMessageBox(const CString& text, UINT type) {
     if (!kxui_detail::OnWidgetThread()) return 0;
-    QMessageBox box(IconOf(type), QApplication::applicationName(), QString::fromUtf8(text.GetString()),
-                    QMessageBox::NoButton, KxGetMainWindow());
+    QMessageBox box(IconOf(type), QApplication::applicationName(),
+                    QString::fromUtf8(text.GetString()), QMessageBox::NoButton, KxGetMainWindow());
     std::vector<std::pair<QAbstractButton*, int>> ids;
     for (const Button& b : ButtonsOf(type)) {
         QAbstractButton* made = b.standard != QMessageBox::NoButton
@@ -127,14 +133,16 @@ void StartUp() {
     // While QGuiApplication is still being built the screens may not exist yet; measure again
     // once its event loop runs.
     if (QGuiApplication::primaryScreen() == nullptr && QCoreApplication::instance() != nullptr)
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [] { g_EnvObj.Init(1); },
-                                  Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [] { g_EnvObj.Init(1); }, Qt::QueuedConnection);
 }
 
 // At load the hooks go in at once (they answer "no window" until an application exists);
 // the start-up routine runs again when the host creates its QCoreApplication, and measures
 // the screen then.
-void InstallAtLoad() { KxUiInit(); }
+void InstallAtLoad() {
+    KxUiInit();
+}
 
 }  // namespace
 
@@ -150,7 +158,8 @@ bool OnGuiThread() {
 }
 
 bool OnWidgetThread() {
-    return OnGuiThread() && qobject_cast<const QApplication*>(QCoreApplication::instance()) != nullptr;
+    return OnGuiThread() &&
+           qobject_cast<const QApplication*>(QCoreApplication::instance()) != nullptr;
 }
 
 QWidget* RegisteredMainWindow() {
@@ -202,12 +211,17 @@ QWidget* KxGetMainWindow() {
     if (QWidget* w = kxui_detail::RegisteredMainWindow()) return w;
     if (!kxui_detail::OnWidgetThread()) return nullptr;
     for (QWidget* w : QApplication::topLevelWidgets()) {
-        const bool hiddenOnPurpose = w->isHidden() && w->testAttribute(Qt::WA_WState_ExplicitShowHide);
+        const bool hiddenOnPurpose =
+            w->isHidden() && w->testAttribute(Qt::WA_WState_ExplicitShowHide);
         if (qobject_cast<QMainWindow*>(w) != nullptr && !hiddenOnPurpose) return w;
     }
     return nullptr;
 }
 
-void ACommonWnd::SetSplashHandle(QWidget* splash) { g_splash = splash; }
+void ACommonWnd::SetSplashHandle(QWidget* splash) {
+    g_splash = splash;
+}
 
-QWidget* ACommonWnd::GetSplashHandle() { return g_splash.data(); }
+QWidget* ACommonWnd::GetSplashHandle() {
+    return g_splash.data();
+}

@@ -43,8 +43,7 @@ public:
         m_second->setEchoMode(QLineEdit::Password);
         m_second->setVisible(confirmMode != 0);
         layout->addWidget(m_second);
-        auto* buttons =
-            new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+        auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
         layout->addWidget(buttons);
         connect(buttons, &QDialogButtonBox::accepted, this, &CPasswordDlg::accept);
         connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -214,7 +213,7 @@ int AMsgSend::PostToMain(UINT message, WPARAM wParam, LPARAM lParam) {
         QCoreApplication::postEvent(window, new KxMessageEvent(message, wParam, lParam));
         return 1;
     }
-    QMetaObject::invokeMethod(app, [=] { Deliver(message, wParam, lParam, nullptr); },
-                              Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        app, [=] { Deliver(message, wParam, lParam, nullptr); }, Qt::QueuedConnection);
     return 1;
 }

@@ -11,7 +11,8 @@ static void BM_QTreeWidget_sortItems(benchmark::State& state) {
     tree.setUniformRowHeights(true);
     QList<QTreeWidgetItem*> items;
     for (const auto& [text, key] : bench_rows::Rows())
-        items.append(new QTreeWidgetItem(QStringList{QString::fromUtf8(text), QString::fromUtf8(key)}));
+        items.append(
+            new QTreeWidgetItem(QStringList{QString::fromUtf8(text), QString::fromUtf8(key)}));
     tree.addTopLevelItems(items);
     for (auto _ : state) {
         state.PauseTiming();

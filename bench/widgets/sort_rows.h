@@ -15,8 +15,8 @@ constexpr int kRows = 100000;
 
 inline const std::vector<std::pair<std::string, std::string>>& Rows() {
     static const std::vector<std::pair<std::string, std::string>> rows = [] {
-        static const char* words[] = {"Job", "proof", "Printer", "CMYK", "report", "Zeta",
-                                      "alpha", "Layer", "scan", "Output", "tile", "Poster"};
+        static const char* words[] = {"Job",   "proof", "Printer", "CMYK",   "report", "Zeta",
+                                      "alpha", "Layer", "scan",    "Output", "tile",   "Poster"};
         std::mt19937 rng(20261124);
         std::vector<int> order(kRows);
         for (int i = 0; i < kRows; ++i) order[static_cast<std::size_t>(i)] = i;
@@ -27,10 +27,18 @@ inline const std::vector<std::pair<std::string, std::string>>& Rows() {
         for (int i = 0; i < kRows; ++i) {
             std::string text = words[rng() % 12];
             switch (rng() % 4) {
-                case 0: text += " " + std::to_string(rng() % 100000); break;
-                case 1: text += "-" + std::string(1, static_cast<char>('A' + rng() % 26)) + ".tif"; break;
-                case 2: text = std::to_string(rng() % 1000) + " " + text; break;
-                default: text += "_v" + std::to_string(rng() % 50); break;
+                case 0:
+                    text += " " + std::to_string(rng() % 100000);
+                    break;
+                case 1:
+                    text += "-" + std::string(1, static_cast<char>('A' + rng() % 26)) + ".tif";
+                    break;
+                case 2:
+                    text = std::to_string(rng() % 1000) + " " + text;
+                    break;
+                default:
+                    text += "_v" + std::to_string(rng() % 50);
+                    break;
             }
             std::snprintf(key, sizeof key, "%08d", order[static_cast<std::size_t>(i)]);
             out.emplace_back(std::move(text), key);

@@ -14,7 +14,9 @@ std::vector<INT_PTR> Items(const APtrList& list) {
     return out;
 }
 
-void* P(INT_PTR v) { return reinterpret_cast<void*>(v); }
+void* P(INT_PTR v) {
+    return reinterpret_cast<void*>(v);
+}
 
 }  // namespace
 
@@ -25,7 +27,7 @@ TEST(PtrList, InsertAtIndex) {
     };
     const Case cases[] = {
         {0, {9, 1, 2, 3}}, {-5, {9, 1, 2, 3}}, {1, {1, 9, 2, 3}},
-        {2, {1, 2, 9, 3}}, {3, {1, 2, 3, 9}}, {100, {1, 2, 3, 9}},
+        {2, {1, 2, 9, 3}}, {3, {1, 2, 3, 9}},  {100, {1, 2, 3, 9}},
     };
     for (const Case& c : cases) {
         APtrList list(4);

@@ -15,7 +15,8 @@ std::vector<BYTE> Pattern(int width, int height) {
     std::vector<BYTE> bits(ABitmap::RgbBitsSize(width, height), 0);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
-            BYTE* p = &bits[static_cast<std::size_t>(height - 1 - y) * stride + 3u * static_cast<UINT>(x)];
+            BYTE* p = &bits[static_cast<std::size_t>(height - 1 - y) * stride +
+                            3u * static_cast<UINT>(x)];
             p[0] = static_cast<BYTE>(x ^ y);
             p[1] = static_cast<BYTE>(y);
             p[2] = static_cast<BYTE>(x);
@@ -30,7 +31,8 @@ TEST(Bitmap, StrideSizeAndHeader) {
         int width;
         UINT stride;
     };
-    for (const Case c : {Case{1, 4}, Case{3, 12}, Case{4, 12}, Case{5, 16}, Case{0, 0}, Case{-3, 0}})
+    for (const Case c :
+         {Case{1, 4}, Case{3, 12}, Case{4, 12}, Case{5, 16}, Case{0, 0}, Case{-3, 0}})
         EXPECT_EQ(ABitmap::RgbBitsStride(c.width), c.stride) << c.width;
     EXPECT_EQ(ABitmap::RgbBitsSize(3, 2), 24u);
     const BITMAPINFOHEADER h = ABitmap::RgbBitsHeader(3, 2);

@@ -23,7 +23,8 @@ TEST(ImageConvert, RoundTripKeepsEveryPixel) {
     const QImage back = KxBitmapToImage(bitmap);
     ASSERT_EQ(back.size(), src.size());
     for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 5; ++x) EXPECT_EQ(back.pixel(x, y) & 0xFFFFFF, src.pixel(x, y) & 0xFFFFFF);
+        for (int x = 0; x < 5; ++x)
+            EXPECT_EQ(back.pixel(x, y) & 0xFFFFFF, src.pixel(x, y) & 0xFFFFFF);
 
     const QPixmap pixmap = KxBitmapToPixmap(bitmap);
     ABitmap again;

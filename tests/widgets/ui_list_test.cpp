@@ -19,7 +19,8 @@ void Fill(CListCtrl& list, const std::vector<const char*>& columns,
         list.InsertColumn(static_cast<int>(c), columns[c], LVCFMT_LEFT, 80);
     for (std::size_t r = 0; r < rows.size(); ++r) {
         const int at = list.InsertItem(static_cast<int>(r), rows[r][0]);
-        for (std::size_t c = 1; c < rows[r].size(); ++c) list.SetItemText(at, static_cast<int>(c), rows[r][c]);
+        for (std::size_t c = 1; c < rows[r].size(); ++c)
+            list.SetItemText(at, static_cast<int>(c), rows[r][c]);
         list.SetItemData(at, 100 + r);
     }
 }
@@ -76,7 +77,8 @@ TEST(SortCompare, AlgorithmTable) {
         cmp.AddRow(3, "banana");
         cmp.AddRow(4, "apple");
         EXPECT_EQ(cmp.Compare(c.d1, c.d2), c.expected) << c.what;
-        EXPECT_EQ(ASortListCompare::Proc(c.d1, c.d2, reinterpret_cast<LPARAM>(&cmp)), c.expected) << c.what;
+        EXPECT_EQ(ASortListCompare::Proc(c.d1, c.d2, reinterpret_cast<LPARAM>(&cmp)), c.expected)
+            << c.what;
     }
     EXPECT_EQ(ASortListCompare::Proc(1, 2, 0), 0) << "no control";
 }
@@ -153,7 +155,8 @@ TEST(SortList, InconsistentComparisonStaysInBounds) {
         list.SetItemData(i, static_cast<DWORD_PTR>(i));
     }
     static std::mt19937 rng(7);
-    ASSERT_TRUE(list.SortItems([](LPARAM, LPARAM, LPARAM) { return static_cast<int>(rng() % 3) - 1; }, 0));
+    ASSERT_TRUE(
+        list.SortItems([](LPARAM, LPARAM, LPARAM) { return static_cast<int>(rng() % 3) - 1; }, 0));
     std::vector<bool> seen(1000);
     for (int i = 0; i < 1000; ++i) seen[list.GetItemData(i)] = true;
     EXPECT_EQ(std::count(seen.begin(), seen.end(), true), 1000);
@@ -197,10 +200,13 @@ TEST(SortList, SearchText) {
         {"link", 99, 1, 0, 3, "start past the end: from row 0"},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(CSortListCtrl::SearchTextFromListCtrl(&list, c.text, c.start, c.whole, c.matchCase),
-                  c.expected) << c.what;
+        EXPECT_EQ(
+            CSortListCtrl::SearchTextFromListCtrl(&list, c.text, c.start, c.whole, c.matchCase),
+            c.expected)
+            << c.what;
     list.SetItemState(3, LVIS_SELECTED, LVIS_SELECTED);
-    EXPECT_EQ(CSortListCtrl::SearchTextFromListCtrl(&list, "a", -1, 0, 0), 3) << "from the selection";
+    EXPECT_EQ(CSortListCtrl::SearchTextFromListCtrl(&list, "a", -1, 0, 0), 3)
+        << "from the selection";
     EXPECT_EQ(CSortListCtrl::SearchTextFromListCtrl(nullptr, "a", 0, 0, 0), -1);
     EXPECT_EQ(CSortListCtrl::SearchTextFromListCtrl(&list, nullptr, 0, 0, 0), -1);
     CSortListCtrl none;

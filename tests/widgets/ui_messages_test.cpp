@@ -24,7 +24,9 @@ namespace {
 
 // Clicks after the driver's timer slot returned: a click that opens a nested modal box
 // would otherwise run that box's event loop inside the slot, where the timer cannot fire.
-void Later(QAbstractButton* b) { QTimer::singleShot(0, b, &QAbstractButton::click); }
+void Later(QAbstractButton* b) {
+    QTimer::singleShot(0, b, &QAbstractButton::click);
+}
 
 // A step that clicks the message box button with the given text and records what it saw.
 ModalDriver::Step Press(const QString& button, QString* text = nullptr,
@@ -107,10 +109,21 @@ TEST(MessageBox, StylesButtonsAndResults) {
         {MB_OK, "OK", IDOK, {"OK"}, QMessageBox::NoIcon},
         {MB_OKCANCEL | MB_ICONWARNING, "Cancel", IDCANCEL, {"OK", "Cancel"}, QMessageBox::Warning},
         {MB_YESNO | MB_ICONQUESTION, "No", IDNO, {"Yes", "No"}, QMessageBox::Question},
-        {MB_YESNOCANCEL | MB_ICONERROR, "Yes", IDYES, {"Yes", "No", "Cancel"}, QMessageBox::Critical},
-        {MB_ABORTRETRYIGNORE, "Ignore", IDIGNORE, {"Abort", "Retry", "Ignore"}, QMessageBox::NoIcon},
+        {MB_YESNOCANCEL | MB_ICONERROR,
+         "Yes",
+         IDYES,
+         {"Yes", "No", "Cancel"},
+         QMessageBox::Critical},
+        {MB_ABORTRETRYIGNORE,
+         "Ignore",
+         IDIGNORE,
+         {"Abort", "Retry", "Ignore"},
+         QMessageBox::NoIcon},
         {MB_RETRYCANCEL, "Retry", IDRETRY, {"Retry", "Cancel"}, QMessageBox::NoIcon},
-        {MB_CANCELTRYCONTINUE, "Continue", IDCONTINUE, {"Cancel", "Try Again", "Continue"},
+        {MB_CANCELTRYCONTINUE,
+         "Continue",
+         IDCONTINUE,
+         {"Cancel", "Try Again", "Continue"},
          QMessageBox::NoIcon},
     };
     for (const Case& c : cases) {
@@ -118,7 +131,8 @@ TEST(MessageBox, StylesButtonsAndResults) {
         QMessageBox::Icon icon{};
         QStringList buttons;
         ModalDriver driver({Press(c.press, &text, &icon, &buttons)});
-        EXPECT_EQ(ZelDialogMsg(KxLibraryHandle(), 14, 15, c.type, " %d ", 7), c.expected) << c.press;
+        EXPECT_EQ(ZelDialogMsg(KxLibraryHandle(), 14, 15, c.type, " %d ", 7), c.expected)
+            << c.press;
         EXPECT_TRUE(driver.Done());
         const QString head = QString::fromUtf8(ZelLoadString(KxLibraryHandle(), 14).GetString());
         EXPECT_EQ(text, head + " 7 " + head) << "the tail repeats the head";

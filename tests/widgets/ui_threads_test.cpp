@@ -15,7 +15,6 @@
 
 #include "ui_test_util.h"
 
-
 namespace {
 
 class Window : public QMainWindow {
@@ -45,7 +44,8 @@ TEST(MsgSend, FromWorkerThreads) {
     std::atomic<bool> done{false};
     std::thread worker([&] {
         for (int i = 0; i < kSends; ++i) {
-            answers[static_cast<std::size_t>(i)] = AMsgSend::ToMain(WM_APP, static_cast<WPARAM>(i), 0);
+            answers[static_cast<std::size_t>(i)] =
+                AMsgSend::ToMain(WM_APP, static_cast<WPARAM>(i), 0);
             posted += AMsgSend::PostToMain(WM_APP + 1, 0, 0);
         }
         done = true;

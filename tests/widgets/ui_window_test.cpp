@@ -33,9 +33,9 @@ int HeaderFormat(CListCtrl& list, int column) {
 
 void ClickHeader(CSortListCtrl& list, int column) {
     QHeaderView* h = list.header();
-    QTest::mouseClick(h->viewport(), Qt::LeftButton, {},
-                      QPoint(h->sectionViewportPosition(column) + h->sectionSize(column) / 2,
-                             h->height() / 2));
+    QTest::mouseClick(
+        h->viewport(), Qt::LeftButton, {},
+        QPoint(h->sectionViewportPosition(column) + h->sectionSize(column) / 2, h->height() / 2));
 }
 
 }  // namespace

@@ -55,8 +55,9 @@ INT64 NumericKey(CString& out, const char* text, int column) {
 void ShowCellOnDoubleClick(CSortListCtrl* list) {
     QObject::connect(list, &QAbstractItemView::doubleClicked, list, [list] {
         if (list->GetDblClkItem() < 0) return;
-        ZelStatusMsg("row %d, column %d: %s", list->GetDblClkItem(), list->GetDblClkSubItem(),
-                     list->GetItemText(list->GetDblClkItem(), list->GetDblClkSubItem()).GetString());
+        ZelStatusMsg(
+            "row %d, column %d: %s", list->GetDblClkItem(), list->GetDblClkSubItem(),
+            list->GetItemText(list->GetDblClkItem(), list->GetDblClkSubItem()).GetString());
     });
 }
 
@@ -96,22 +97,33 @@ CSortListCtrl* FolderTree() {
     list->InsertColumn(2, "Exists", LVCFMT_CENTER, 60);
     const CAppPath& p = g_AppPath;
     const std::pair<const char*, const CString*> rows[] = {
-        {"App", &p.m_strAppPath},         {"FMT", &p.m_strFmtPath},
-        {"DRV", &p.m_strDrvPath},         {"LIB", &p.m_strLibPath},
-        {"RPT", &p.m_strRptPath},         {"Profile", &p.m_strProfilePath},
-        {"Config", &p.m_strConfigPath},   {"Chart", &p.m_strChartPath},
-        {"Template", &p.m_strTemplatePath}, {"Printer", &p.m_strPrinterPath},
-        {"Debug", &p.m_strDebugPath},     {"Input", &p.m_strInputPath},
-        {"InputCMYK", &p.m_strInputCMYKPath}, {"Monitor", &p.m_strMonitorPath},
-        {"Output", &p.m_strOutputPath},   {"Curve", &p.m_strCurvePath},
-        {"NameColor", &p.m_strNameColorPath}, {"ChartLine", &p.m_strChartLinePath},
-        {"ChartICC", &p.m_strChartICCPath}, {"ChartProof", &p.m_strChartProofPath},
+        {"App", &p.m_strAppPath},
+        {"FMT", &p.m_strFmtPath},
+        {"DRV", &p.m_strDrvPath},
+        {"LIB", &p.m_strLibPath},
+        {"RPT", &p.m_strRptPath},
+        {"Profile", &p.m_strProfilePath},
+        {"Config", &p.m_strConfigPath},
+        {"Chart", &p.m_strChartPath},
+        {"Template", &p.m_strTemplatePath},
+        {"Printer", &p.m_strPrinterPath},
+        {"Debug", &p.m_strDebugPath},
+        {"Input", &p.m_strInputPath},
+        {"InputCMYK", &p.m_strInputCMYKPath},
+        {"Monitor", &p.m_strMonitorPath},
+        {"Output", &p.m_strOutputPath},
+        {"Curve", &p.m_strCurvePath},
+        {"NameColor", &p.m_strNameColorPath},
+        {"ChartLine", &p.m_strChartLinePath},
+        {"ChartICC", &p.m_strChartICCPath},
+        {"ChartProof", &p.m_strChartProofPath},
     };
     int row = 0;
     for (const auto& [name, path] : rows) {
         list->InsertItem(row, name);
         list->SetItemText(row, 1, *path);
-        list->SetItemText(row, 2, QDir(QString::fromUtf8(path->GetString())).exists() ? "yes" : "no");
+        list->SetItemText(row, 2,
+                          QDir(QString::fromUtf8(path->GetString())).exists() ? "yes" : "no");
         list->SetItemData(row, static_cast<DWORD_PTR>(row + 1));
         ++row;
     }
@@ -136,7 +148,8 @@ QPixmap EllipsePixmap(double degrees) {
         if (y < 0 || y >= kCanvas) continue;
         const POINT run = line.spans[i];
         BYTE* row = bits.data() + static_cast<std::size_t>(kCanvas - 1 - y) * stride;
-        for (int x = std::max(0, static_cast<int>(run.x)); x <= std::min(kCanvas - 1, static_cast<int>(run.y)); ++x) {
+        for (int x = std::max(0, static_cast<int>(run.x));
+             x <= std::min(kCanvas - 1, static_cast<int>(run.y)); ++x) {
             row[3 * x] = 0xB0;      // blue
             row[3 * x + 1] = 0x60;  // green
             row[3 * x + 2] = 0x20;  // red
@@ -188,14 +201,17 @@ public:
         setCentralWidget(central);
         statusBar()->showMessage("Ready");
 
-        connect(spin, &QSpinBox::valueChanged, this, [this](int v) { m_image->setPixmap(EllipsePixmap(v)); });
+        connect(spin, &QSpinBox::valueChanged, this,
+                [this](int v) { m_image->setPixmap(EllipsePixmap(v)); });
         m_image->setPixmap(EllipsePixmap(angle));
         connect(message, &QPushButton::clicked, this, [] {
             const int r = ZelDialogMsg(nullptr, 0, 0, MB_YESNO | MB_ICONQUESTION,
                                        "Screen: %d x %d pixels, %.2f x %.2f DPI. Keep it?",
                                        g_EnvObj.m_nHorzRes, g_EnvObj.m_nVertRes,
                                        g_EnvObj.m_dScreenDpiX, g_EnvObj.m_dScreenDpiY);
-            ZelStatusMsg("The message box answered %s", r == IDYES ? "IDYES" : r == IDNO ? "IDNO" : "0");
+            ZelStatusMsg("The message box answered %s", r == IDYES  ? "IDYES"
+                                                        : r == IDNO ? "IDNO"
+                                                                    : "0");
         });
         connect(status, &QPushButton::clicked, this, [] {
             static int n = 0;

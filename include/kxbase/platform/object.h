@@ -40,12 +40,14 @@ protected:
 
 #define RUNTIME_CLASS(cls) (&cls::class##cls)
 
-#define KX_DECLARE_DYNAMIC(cls)                                 \
-public:                                                         \
-    static const CRuntimeClass class##cls;                      \
+#define KX_DECLARE_DYNAMIC(cls)            \
+public:                                    \
+    static const CRuntimeClass class##cls; \
     const CRuntimeClass* GetRuntimeClass() const override;
 
-#define KX_IMPLEMENT_DYNAMIC(cls, base)                                                \
-    const CRuntimeClass cls::class##cls = {#cls, static_cast<int>(sizeof(cls)),        \
-                                           RUNTIME_CLASS(base)};                       \
-    const CRuntimeClass* cls::GetRuntimeClass() const { return RUNTIME_CLASS(cls); }
+#define KX_IMPLEMENT_DYNAMIC(cls, base)                                         \
+    const CRuntimeClass cls::class##cls = {#cls, static_cast<int>(sizeof(cls)), \
+                                           RUNTIME_CLASS(base)};                \
+    const CRuntimeClass* cls::GetRuntimeClass() const {                         \
+        return RUNTIME_CLASS(cls);                                              \
+    }

@@ -74,7 +74,9 @@ inline LPARAM MAKELPARAM_POINT(int x, int y) {
     return static_cast<LPARAM>(static_cast<DWORD>(static_cast<WORD>(x)) |
                                (static_cast<DWORD>(static_cast<WORD>(y)) << 16));
 }
-inline int GET_X_LPARAM(LPARAM lp) { return static_cast<short>(static_cast<WORD>(lp & 0xFFFF)); }
+inline int GET_X_LPARAM(LPARAM lp) {
+    return static_cast<short>(static_cast<WORD>(lp & 0xFFFF));
+}
 inline int GET_Y_LPARAM(LPARAM lp) {
     return static_cast<short>(static_cast<WORD>((lp >> 16) & 0xFFFF));
 }

@@ -39,11 +39,11 @@ struct BITMAP {
 struct BITMAPINFOHEADER {
     DWORD biSize;  ///< 40
     LONG biWidth;
-    LONG biHeight;  ///< positive: bottom-up rows
-    WORD biPlanes;  ///< 1
-    WORD biBitCount;  ///< 24
+    LONG biHeight;        ///< positive: bottom-up rows
+    WORD biPlanes;        ///< 1
+    WORD biBitCount;      ///< 24
     DWORD biCompression;  ///< BI_RGB (0)
-    DWORD biSizeImage;  ///< 0
+    DWORD biSizeImage;    ///< 0
     LONG biXPelsPerMeter;
     LONG biYPelsPerMeter;
     DWORD biClrUsed;  ///< 0: no colour table
