@@ -2,7 +2,15 @@
 # linked twice, as libkxBaseCommon.so and as libkxBaseCommon.a.
 set(KXBASE_CORE_SOURCES)
 foreach(dir IN LISTS KXBASE_SUBSYSTEMS)
-    file(GLOB _kx_src CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${dir}/*.cpp)
+    if(dir STREQUAL "widgets")
+        # widgets/ also holds the Qt library's sources; only these four belong to the core.
+        foreach(f int64_parse messages number_format zoom_ratio)
+            list(APPEND KXBASE_CORE_SOURCES ${PROJECT_SOURCE_DIR}/widgets/${f}.cpp)
+        endforeach()
+        file(GLOB _kx_src CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/base/*.cpp)
+    else()
+        file(GLOB _kx_src CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${dir}/*.cpp)
+    endif()
     list(APPEND KXBASE_CORE_SOURCES ${_kx_src})
 endforeach()
 

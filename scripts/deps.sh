@@ -10,6 +10,7 @@ packages=(
     libtiff-dev libpixman-1-dev libcairo2-dev libagg-dev libsisl-dev libboost-dev
     libssl-dev libsodium-dev
     doxygen dpkg-dev file lintian
+    qt6-base-dev xvfb xauth fonts-wqy-microhei
 )
 missing=()
 for p in "${packages[@]}"; do

@@ -5,3 +5,4 @@
 #include <kxbase/widgets/number_format.h>
 #include <kxbase/widgets/messages.h>
 #include <kxbase/widgets/int64_parse.h>
+#include <kxbase/widgets/bitmap.h>

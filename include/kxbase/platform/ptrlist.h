@@ -10,10 +10,15 @@ using POSITION = __POSITION*;
 class KXBASE_API CPtrList {
 public:
     CPtrList() = default;
+    /// The platform class allocates nodes nBlockSize at a time. Nodes here come one at a time
+    /// from the general allocator, which is as fast for lists of pointers; the size is kept
+    /// (values below 1 count as 10, the platform's default) and reported by GetBlockSize.
+    explicit CPtrList(INT_PTR nBlockSize) : m_blockSize(nBlockSize > 0 ? nBlockSize : 10) {}
     CPtrList(const CPtrList&) = delete;
     CPtrList& operator=(const CPtrList&) = delete;
     virtual ~CPtrList();
 
+    INT_PTR GetBlockSize() const { return m_blockSize; }
     INT_PTR GetCount() const { return m_count; }
     INT_PTR GetSize() const { return m_count; }
     bool IsEmpty() const { return m_count == 0; }
@@ -49,4 +54,20 @@ private:
     Node* m_head = nullptr;
     Node* m_tail = nullptr;
     INT_PTR m_count = 0;
+    INT_PTR m_blockSize = 10;
+};
+
+/// CPtrList with index-based insertion and the index of a node.
+class KXBASE_API APtrList : public CPtrList {
+public:
+    explicit APtrList(int nBlockSize = 10) : CPtrList(nBlockSize) {}
+
+    /// Zero-based index of node pos counted from the head; 0x7FFFFFFF when pos is null, the
+    /// list is empty or pos is not a node of this list. Linear in the index.
+    int FindPosition(POSITION pos) const;
+
+    /// Inserts p so that it gets index nIndex: nIndex < 1 adds at the head, an index below
+    /// the count inserts before the element now there, any larger index adds at the tail.
+    /// Returns the new node. Throws std::bad_alloc like the other insertions.
+    POSITION InsertAt(int nIndex, void* p);
 };
