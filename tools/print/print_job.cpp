@@ -58,7 +58,7 @@ public:
     int Run();
 
 private:
-    int Start();
+    int Start(std::uint32_t rowBound);
     int Publish(const BandHeader& header);
     int WaitForSlot();
     int TakeAck(const Token& token);
@@ -101,7 +101,15 @@ int Job::PrinterLost(const char* when) {
     return Fail("the printer process " + how + " " + when + "; the job is abandoned");
 }
 
-int Job::Start() {
+int Job::Start(std::uint32_t rowBound) {
+    m_slotBytes = static_cast<std::uint32_t>(std::min<std::uint64_t>(
+        (m_o.areaBytes > kControlBytes ? m_o.areaBytes - kControlBytes : 0) / m_o.slots, 0xFFFF0000u));
+    m_slotBytes &= ~7u;
+    if (std::uint64_t{m_slotBytes} < sizeof(BandHeader) + sizeof(LineRecord) + rowBound)
+        return Fail("a slot of " + std::to_string(m_slotBytes) + " bytes cannot hold one row (" +
+                        std::to_string(sizeof(LineRecord) + rowBound) +
+                        " bytes at worst): give a larger --area-size or fewer --slots",
+                    2);
     const uid_t uid = ::getuid();
     m_area = m_o.area.empty() ? "kxbase-print-" + std::to_string(uid) : m_o.area;
     // A live area of that name belongs to a job that is still running: leave it alone. A
@@ -143,13 +151,7 @@ int Job::Start() {
         return Fail(std::string("cannot start the printer process: ") + std::strerror(rc));
     }
 
-    m_slotBytes = static_cast<std::uint32_t>(std::min<std::uint64_t>(
-        (m_o.areaBytes > kControlBytes ? m_o.areaBytes - kControlBytes : 0) / m_o.slots, 0xFFFF0000u));
-    m_slotBytes &= ~7u;
     const std::uint64_t size = AreaBytes(m_o.slots, m_slotBytes);
-    if (m_slotBytes < sizeof(BandHeader) + 64)
-        return Fail("the area of " + std::to_string(m_o.areaBytes) + " bytes is too small for " +
-                    std::to_string(m_o.slots) + " slots", 2);
     const auto window = static_cast<DWORD>(std::min<std::uint64_t>(size, 64u << 20));
     if (!m_server.CreateMap(m_area.c_str(), size, window))
         return Fail("cannot create the area '" + m_area + "': " + ChannelError(m_server));
@@ -208,6 +210,9 @@ int Job::Publish(const BandHeader& header) {
     if (WriteToken(m_tokenFd, Token{TokenKind::Band, 0, header.seq}) != PipeResult::Ok)
         return PrinterLost("before the band was handed over");
     if (m_o.stall == "producer") {
+        // Stall once the printer has the band, so that it is in the middle of the page.
+        Token token;
+        if (ReadToken(m_ackFd, token, &g_stop) != PipeResult::Ok || TakeAck(token) != 0) return 1;
         std::fprintf(stderr, "kxbase print: producer stalls in process %d (test hook)\n", static_cast<int>(getpid()));
         for (;;) pause();
     }
@@ -221,10 +226,7 @@ int Job::Run() {
     if (!page.Ok()) return Fail(page.Error(), 2);
     LineEncoder encoder(page.Width(), page.Depth(), m_o.codec);
     m_sum.rasteriseNs += Ns(build0, Clock::now());
-    if (const int rc = Start()) return rc;
-    if (sizeof(BandHeader) + sizeof(LineRecord) + encoder.StreamBound() > m_slotBytes)
-        return Fail("a slot of " + std::to_string(m_slotBytes) + " bytes cannot hold one row (" +
-                    std::to_string(sizeof(LineRecord) + encoder.StreamBound()) + " bytes at worst): give a larger --area-size", 2);
+    if (const int rc = Start(encoder.StreamBound())) return rc;
 
     std::vector<std::uint8_t> row(static_cast<std::size_t>(page.Width()) *
                                   static_cast<std::size_t>(ExpandedBytesPerPixel(page.Depth())));

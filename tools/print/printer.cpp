@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -25,16 +26,27 @@ std::uint64_t Ns(Clock::time_point a, Clock::time_point b) {
     return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(b - a).count());
 }
 
+pid_t g_producer = -1;  // the process that started this printer
+
 int Fail(const std::string& message) {
     std::fprintf(stderr, "kxbase print: printer: %s\n", message.c_str());
     return 1;
 }
 
 // The producer died without deleting its area: take the stale area over as its server and
-// delete it, so that nothing is left in the shared memory file system.
+// delete it, so that nothing is left in the shared memory file system. The pipe reports the
+// death as soon as the producer's descriptors close, which can be before the kernel has
+// released the area's descriptor, and with it the mark that keeps a live server's area from
+// being removed. A dead process is reparented only once all its files are released, so
+// waiting for that (at most a second) makes the removal sure.
 void RemoveStaleArea(const std::string& area) {
+    for (int i = 0; i < 100 && ::getppid() == g_producer; ++i) ::usleep(10000);
     CShareMemoryServer server;
-    if (server.CreateMap(area.c_str(), kControlBytes)) server.DeleteMap();
+    if (server.CreateMap(area.c_str(), kControlBytes, kControlBytes))
+        server.DeleteMap();
+    else
+        std::fprintf(stderr, "kxbase print: printer: cannot remove the area '%s': %s\n", area.c_str(),
+                     ChannelError(server).c_str());
 }
 
 class Printer {
@@ -219,7 +231,10 @@ int Printer::Run(bool stall) {
             return Fail("the producer ended before the job was complete");
         }
         if (!open) {
-            if (!Open(error)) return Fail(error);
+            if (!Open(error)) {
+                RemoveStaleArea(m_area);
+                return Fail(error);
+            }
             open = true;
         }
         if (token.kind == TokenKind::End) {
@@ -256,6 +271,7 @@ int RunPrinter(const std::string& area, const std::string& png, const std::strin
     // Ctrl-C on a terminal reaches both processes; the producer decides and closes the pipe.
     signal(SIGINT, SIG_IGN);
     signal(SIGPIPE, SIG_IGN);
+    g_producer = ::getppid();
     Printer printer(area, png, tiff);
     return printer.Run(stall == "printer");
 }
