@@ -7,6 +7,7 @@
 #include <kxbase/compress/compress.h>
 
 #include "page.h"
+#include "row_bits.h"
 
 namespace kxprint {
 
@@ -49,17 +50,14 @@ LineEncoder::LineEncoder(std::uint32_t width, int depth, Codec codec)
     if (depth < 8) m_scratch.resize(m_packedBytes);
 }
 
-bool LineEncoder::Encode(std::uint8_t* expanded, std::uint8_t* dst, std::uint32_t& len,
+bool LineEncoder::Encode(const std::uint8_t* expanded, std::uint8_t* dst, std::uint32_t& len,
                          std::uint32_t& crc) {
     ULONG n = 0;
-    // The run-length coders read the expanded row, so they go first: the bit packer below
-    // is given its own output row and leaves the expanded one as it is.
     if (m_codec == Codec::Pack &&
         !ACompress::Pack(expanded, m_expandedBytes, m_depth, dst, m_bound, n))
         return false;
     if (m_depth < 8) {
-        std::memset(m_scratch.data(), 0, m_packedBytes);
-        if (!ACompress::ShrinkBit(expanded, 0, m_width, m_depth, m_scratch.data())) return false;
+        PackRowBits(expanded, m_width, m_depth, m_scratch.data());
         m_packed = m_scratch.data();
     } else {
         m_packed = expanded;
@@ -114,11 +112,7 @@ const std::uint8_t* LineDecoder::Decode(const std::uint8_t* stream, std::uint32_
         error = "the packed stream does not decode to one row";
         return nullptr;
     }
-    std::memset(m_packed.data(), 0, m_packedBytes);
-    if (!ACompress::ShrinkBit(m_expanded.data(), 0, m_width, m_depth, m_packed.data())) {
-        error = "the row cannot be packed";
-        return nullptr;
-    }
+    PackRowBits(m_expanded.data(), m_width, m_depth, m_packed.data());
     return m_packed.data();
 }
 

@@ -44,6 +44,30 @@ void PixelValue(const std::uint8_t rgb[3], int depth, std::uint8_t out[3]) {
     }
 }
 
+// The outline's pixels ordered by row, then column. An outline has a few pixels per row
+// over many rows, so they are distributed by row first (one counting pass) and only each
+// row's handful is sorted.
+std::vector<POINT> SortByRow(const CArray<POINT>& pts) {
+    const POINT* p = pts.GetData();
+    const auto n = static_cast<std::size_t>(pts.GetSize());
+    std::vector<POINT> out(n);
+    if (n == 0) return out;
+    LONG lo = p[0].y, hi = p[0].y;
+    for (std::size_t i = 1; i < n; ++i) {
+        lo = std::min(lo, p[i].y);
+        hi = std::max(hi, p[i].y);
+    }
+    std::vector<std::size_t> start(static_cast<std::size_t>(std::int64_t{hi} - lo) + 2, 0);
+    for (std::size_t i = 0; i < n; ++i) ++start[static_cast<std::size_t>(p[i].y - lo) + 1];
+    for (std::size_t r = 1; r < start.size(); ++r) start[r] += start[r - 1];
+    std::vector<std::size_t> next(start.begin(), start.end() - 1);
+    for (std::size_t i = 0; i < n; ++i) out[next[static_cast<std::size_t>(p[i].y - lo)]++] = p[i];
+    for (std::size_t r = 0; r + 1 < start.size(); ++r)
+        std::sort(out.begin() + static_cast<std::ptrdiff_t>(start[r]), out.begin() + static_cast<std::ptrdiff_t>(start[r + 1]),
+                  [](const POINT& a, const POINT& b) { return a.x < b.x; });
+    return out;
+}
+
 }  // namespace
 
 bool ParsePageSize(const std::string& text, PageSpec& spec, std::string& error) {
@@ -173,11 +197,7 @@ Page::Page(const PageSpec& spec) : m_depth(spec.depth) {
             p.first = CEllipse::RectRasterLine(box, t, p.spans, nullptr);
             CEllipse::MidPointRect(box, t, pts);
         }
-        std::vector<POINT> sorted(pts.GetData(), pts.GetData() + pts.GetSize());
-        std::sort(sorted.begin(), sorted.end(), [](const POINT& a, const POINT& b) {
-            return a.y != b.y ? a.y < b.y : a.x < b.x;
-        });
-        for (const POINT& q : sorted) {
+        for (const POINT& q : SortByRow(pts)) {
             if (!p.outline.empty() && p.outline.back().y == q.y && p.outline.back().x1 + 1 >= q.x)
                 p.outline.back().x1 = std::max<std::int32_t>(p.outline.back().x1, q.x);
             else
