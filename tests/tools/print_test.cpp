@@ -22,6 +22,7 @@
 
 #include <kxbase/runtime/share_memory.h>
 
+#include "pack_reference.h"
 #include "page.h"
 
 extern char** environ;
@@ -112,19 +113,6 @@ protected:
 
 // ---- the one-process reference ------------------------------------------------------------
 
-// Packs an expanded row by hand (most significant bits first), independently of the
-// library's bit packer.
-std::vector<std::uint8_t> PackRow(const std::vector<std::uint8_t>& expanded, std::uint32_t width, int depth) {
-    if (depth >= 8) return expanded;
-    std::vector<std::uint8_t> out((width * static_cast<std::uint32_t>(depth) + 7) / 8, 0);
-    const int perByte = 8 / depth;
-    for (std::uint32_t x = 0; x < width; ++x) {
-        const int shift = 8 - depth * (static_cast<int>(x % static_cast<std::uint32_t>(perByte)) + 1);
-        out[x / static_cast<std::uint32_t>(perByte)] |= static_cast<std::uint8_t>(expanded[x] << shift);
-    }
-    return out;
-}
-
 std::vector<std::vector<std::uint8_t>> Reference(const kxprint::PageSpec& spec) {
     kxprint::Page page(spec);
     EXPECT_TRUE(page.Ok()) << page.Error();
@@ -132,7 +120,7 @@ std::vector<std::vector<std::uint8_t>> Reference(const kxprint::PageSpec& spec) 
     std::vector<std::uint8_t> row(page.Width() * static_cast<std::uint32_t>(kxprint::ExpandedBytesPerPixel(spec.depth)));
     for (std::uint32_t y = 0; y < page.Height(); ++y) {
         page.RasteriseRow(y, row.data());
-        rows.push_back(PackRow(row, page.Width(), spec.depth));
+        rows.push_back(kxtest::PackRow(row, page.Width(), spec.depth));
     }
     return rows;
 }

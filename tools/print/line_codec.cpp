@@ -108,7 +108,12 @@ const std::uint8_t* LineDecoder::Decode(const std::uint8_t* stream, std::uint32_
         }
         return m_packed.data();
     }
-    if (!ACompress::UnPack(stream, len, m_width, m_depth, m_expanded.data())) {
+    // The 1-bit decoder also accepts a stream that ends before the row does and leaves the
+    // rest of the row as it was. It writes only 0 and 1, and left to right, so a 2 in the
+    // last pixel that survives the call marks a stream cut short.
+    if (m_depth == 1) m_expanded[m_width - 1] = 2;
+    if (!ACompress::UnPack(stream, len, m_width, m_depth, m_expanded.data()) ||
+        (m_depth == 1 && m_expanded[m_width - 1] == 2)) {
         error = "the packed stream does not decode to one row";
         return nullptr;
     }
