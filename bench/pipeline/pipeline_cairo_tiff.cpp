@@ -31,7 +31,8 @@ struct MemFile {
     }
     static tmsize_t Write(thandle_t h, void* p, tmsize_t n) {
         auto* f = static_cast<MemFile*>(h);
-        if (f->pos + static_cast<toff_t>(n) > f->buf.size()) f->buf.resize(f->pos + static_cast<toff_t>(n));
+        if (f->pos + static_cast<toff_t>(n) > f->buf.size())
+            f->buf.resize(f->pos + static_cast<toff_t>(n));
         std::memcpy(f->buf.data() + f->pos, p, static_cast<std::size_t>(n));
         f->pos += static_cast<toff_t>(n);
         return n;
@@ -61,7 +62,9 @@ void Draw(cairo_t* cr, const kxprint::Page& page, const kxprint::PageSpec& spec)
     cairo_set_line_width(cr, 1.0);
     cairo_set_source_rgba(cr, 0, 0, 0, 0);
     cairo_paint(cr);
-    auto ink = [](const std::uint8_t c[3]) { return (299 * c[0] + 587 * c[1] + 114 * c[2] + 500) / 1000 < 128; };
+    auto ink = [](const std::uint8_t c[3]) {
+        return (299 * c[0] + 587 * c[1] + 114 * c[2] + 500) / 1000 < 128;
+    };
     for (const auto& s : kxprint::Page::Shapes(spec.widthMm, spec.heightMm)) {
         const ATransform t = s.local * page.Transform();
         cairo_matrix_t m;
@@ -114,16 +117,18 @@ void BM_Peer_Pipeline(benchmark::State& state) {
         TIFFSetField(t, TIFFTAG_ROWSPERSTRIP, 1u);
         TIFFSetField(t, TIFFTAG_COMPRESSION, lzw ? COMPRESSION_LZW : COMPRESSION_PACKBITS);
         for (int y = 0; y < h; ++y)
-            TIFFWriteEncodedStrip(t, static_cast<std::uint32_t>(y),
-                                  const_cast<unsigned char*>(data + static_cast<std::ptrdiff_t>(y) * stride),
-                                  static_cast<tmsize_t>(packedBytes));
+            TIFFWriteEncodedStrip(
+                t, static_cast<std::uint32_t>(y),
+                const_cast<unsigned char*>(data + static_cast<std::ptrdiff_t>(y) * stride),
+                static_cast<tmsize_t>(packedBytes));
         TIFFClose(t);
         cairo_surface_destroy(surface);
 
         streamBytes = file.buf.size();
         TIFF* r = file.Open("r");
         for (int y = 0; y < h; ++y) {
-            TIFFReadEncodedStrip(r, static_cast<std::uint32_t>(y), out.data(), static_cast<tmsize_t>(packedBytes));
+            TIFFReadEncodedStrip(r, static_cast<std::uint32_t>(y), out.data(),
+                                 static_cast<tmsize_t>(packedBytes));
             fold = kxbench::Fold(fold, out.data(), packedBytes);
         }
         TIFFClose(r);

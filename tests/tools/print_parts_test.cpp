@@ -31,11 +31,13 @@ std::vector<std::uint8_t> RunRow(std::uint32_t width, int depth, std::mt19937& r
     std::vector<std::uint8_t> row(std::size_t{width} * static_cast<unsigned>(bpp));
     std::uint32_t x = 0;
     while (x < width) {
-        const std::uint32_t run = std::min<std::uint32_t>(width - x, 1 + rng() % (rng() % 2 ? 4 : 300));
-        std::uint8_t v[3] = {static_cast<std::uint8_t>(rng() % (top + 1)), static_cast<std::uint8_t>(rng()),
-                             static_cast<std::uint8_t>(rng())};
+        const std::uint32_t run =
+            std::min<std::uint32_t>(width - x, 1 + rng() % (rng() % 2 ? 4 : 300));
+        std::uint8_t v[3] = {static_cast<std::uint8_t>(rng() % (top + 1)),
+                             static_cast<std::uint8_t>(rng()), static_cast<std::uint8_t>(rng())};
         for (std::uint32_t i = 0; i < run; ++i, ++x)
-            for (int c = 0; c < bpp; ++c) row[std::size_t{x} * static_cast<unsigned>(bpp) + static_cast<unsigned>(c)] = v[c];
+            for (int c = 0; c < bpp; ++c)
+                row[std::size_t{x} * static_cast<unsigned>(bpp) + static_cast<unsigned>(c)] = v[c];
     }
     return row;
 }
@@ -49,9 +51,11 @@ TEST(PrintParts, RowPackerAgreesWithThePlainPacker) {
             const auto row = RunRow(width, depth, rng);
             std::vector<std::uint8_t> packed(kxprint::PackedRowBytes(width, depth) + 1, 0xAB);
             kxprint::PackRowBits(row.data(), width, depth, packed.data());
-            EXPECT_EQ(packed.back(), 0xAB) << "wrote past the row, depth " << depth << " width " << width;
+            EXPECT_EQ(packed.back(), 0xAB)
+                << "wrote past the row, depth " << depth << " width " << width;
             packed.pop_back();
-            EXPECT_EQ(packed, kxtest::PackRow(row, width, depth)) << "depth " << depth << " width " << width;
+            EXPECT_EQ(packed, kxtest::PackRow(row, width, depth))
+                << "depth " << depth << " width " << width;
         }
 }
 
@@ -90,7 +94,8 @@ TEST(PrintParts, RowCodecsRoundTripAndCutStreamsAreCaught) {
 
 TEST(PrintParts, Crc32IsTheZlibOne) {
     const std::string text = "123456789";
-    EXPECT_EQ(kxprint::Crc32(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()), 0xCBF43926u);
+    EXPECT_EQ(kxprint::Crc32(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()),
+              0xCBF43926u);
 }
 
 TEST(PrintParts, PageSizesInNamesAndMillimetres) {
@@ -100,12 +105,22 @@ TEST(PrintParts, PageSizesInNamesAndMillimetres) {
         double w, h;
     };
     const Row rows[] = {
-        {"A4", true, 210, 297},      {"a0", true, 841, 1189},    {"Letter", true, 215.9, 279.4},
-        {"100x50", true, 100, 50},   {"100x50mm", true, 100, 50}, {"10x20cm", true, 100, 200},
+        {"A4", true, 210, 297},
+        {"a0", true, 841, 1189},
+        {"Letter", true, 215.9, 279.4},
+        {"100x50", true, 100, 50},
+        {"100x50mm", true, 100, 50},
+        {"10x20cm", true, 100, 200},
         {"8.5x11in", true, 215.9, 279.4},
-        {"B9", false, 0, 0},         {"0x10", false, 0, 0},      {"10x", false, 0, 0},
-        {"x10", false, 0, 0},        {"10x10ft", false, 0, 0},   {"-5x10", false, 0, 0},
-        {"nanx10", false, 0, 0},     {"infx10", false, 0, 0},    {"", false, 0, 0},
+        {"B9", false, 0, 0},
+        {"0x10", false, 0, 0},
+        {"10x", false, 0, 0},
+        {"x10", false, 0, 0},
+        {"10x10ft", false, 0, 0},
+        {"-5x10", false, 0, 0},
+        {"nanx10", false, 0, 0},
+        {"infx10", false, 0, 0},
+        {"", false, 0, 0},
     };
     for (const Row& r : rows) {
         kxprint::PageSpec spec;
@@ -127,11 +142,12 @@ TEST(PrintParts, PagePathsNumberEveryPageOfAJob) {
         const char* want;
     };
     const Row rows[] = {
-        {"page.png", 0, 1, "page.png"},          {"page.png", 0, 3, "page-1.png"},
-        {"page.png", 2, 3, "page-3.png"},        {"out", 1, 2, "out-2"},
-        {"dir.d/out", 0, 2, "dir.d/out-1"},      {"dir.d/out.png", 0, 2, "dir.d/out-1.png"},
+        {"page.png", 0, 1, "page.png"},     {"page.png", 0, 3, "page-1.png"},
+        {"page.png", 2, 3, "page-3.png"},   {"out", 1, 2, "out-2"},
+        {"dir.d/out", 0, 2, "dir.d/out-1"}, {"dir.d/out.png", 0, 2, "dir.d/out-1.png"},
     };
-    for (const Row& r : rows) EXPECT_EQ(kxprint::PagePath(r.path, r.page, r.pages), r.want) << r.path;
+    for (const Row& r : rows)
+        EXPECT_EQ(kxprint::PagePath(r.path, r.page, r.pages), r.want) << r.path;
 }
 
 // The liveness of the ring rests on these answers: a token, then end of file once the
@@ -142,7 +158,8 @@ TEST(PrintParts, TokenPipeReportsTokensEndOfFileAndStops) {
     kxprint::Token t;
     volatile int stop = 0;
     EXPECT_EQ(kxprint::ReadToken(fds[0], t, &stop, 0), kxprint::PipeResult::Interrupted);
-    ASSERT_EQ(kxprint::WriteToken(fds[1], kxprint::Token{kxprint::TokenKind::Ack, 0, 42}), kxprint::PipeResult::Ok);
+    ASSERT_EQ(kxprint::WriteToken(fds[1], kxprint::Token{kxprint::TokenKind::Ack, 0, 42}),
+              kxprint::PipeResult::Ok);
     stop = 1;
     EXPECT_EQ(kxprint::ReadToken(fds[0], t, &stop), kxprint::PipeResult::Interrupted);
     stop = 0;

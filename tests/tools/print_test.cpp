@@ -117,7 +117,8 @@ std::vector<std::vector<std::uint8_t>> Reference(const kxprint::PageSpec& spec) 
     kxprint::Page page(spec);
     EXPECT_TRUE(page.Ok()) << page.Error();
     std::vector<std::vector<std::uint8_t>> rows;
-    std::vector<std::uint8_t> row(page.Width() * static_cast<std::uint32_t>(kxprint::ExpandedBytesPerPixel(spec.depth)));
+    std::vector<std::uint8_t> row(
+        page.Width() * static_cast<std::uint32_t>(kxprint::ExpandedBytesPerPixel(spec.depth)));
     for (std::uint32_t y = 0; y < page.Height(); ++y) {
         page.RasteriseRow(y, row.data());
         rows.push_back(kxtest::PackRow(row, page.Width(), spec.depth));
@@ -148,7 +149,8 @@ std::vector<std::vector<std::uint8_t>> ReadPng(const fs::path& path, int depth) 
         png_read_row(png, row.data(), nullptr);
         if (depth == 1) {  // PNG: 0 is black, ours: 1 is ink; the padding bits stay 0
             for (auto& b : row) b = static_cast<std::uint8_t>(~b);
-            if (const png_uint_32 spare = static_cast<png_uint_32>(stride * 8) - png_get_image_width(png, info))
+            if (const png_uint_32 spare =
+                    static_cast<png_uint_32>(stride * 8) - png_get_image_width(png, info))
                 row.back() = static_cast<std::uint8_t>(row.back() & (0xFF << spare));
         }
         rows.push_back(std::move(row));
@@ -159,7 +161,8 @@ std::vector<std::vector<std::uint8_t>> ReadPng(const fs::path& path, int depth) 
 }
 
 // Each directory's rows, decoded by libtiff (its own LZW decoder reads our strips).
-std::vector<std::vector<std::vector<std::uint8_t>>> ReadTiff(const fs::path& path, std::uint16_t& bits) {
+std::vector<std::vector<std::vector<std::uint8_t>>> ReadTiff(const fs::path& path,
+                                                             std::uint16_t& bits) {
     std::vector<std::vector<std::vector<std::uint8_t>>> pages;
     TIFF* t = TIFFOpen(path.c_str(), "r");
     if (!t) return pages;
@@ -216,10 +219,12 @@ TEST_F(PrintTest, EveryDepthAndCodecArrivesPixelExact) {
         const auto want = Reference(spec);
         std::string name = std::to_string(c.depth);  // (GCC 12 warns falsely on "p" + string)
         name.insert(0, 1, 'p').append(c.codec);
-        Child child = Start({"--size", "60x45", "--res", "100", "--angle", "17", "--depth",
-                             std::to_string(c.depth), "--codec", c.codec, "--pages", "2", "--band-rows",
-                             "16", "--slots", "2", "--area", m_area, "--png", name + ".png", "--tiff",
-                             name + ".tif"},
+        Child child = Start({"--size",      "60x45",      "--res",   "100",
+                             "--angle",     "17",         "--depth", std::to_string(c.depth),
+                             "--codec",     c.codec,      "--pages", "2",
+                             "--band-rows", "16",         "--slots", "2",
+                             "--area",      m_area,       "--png",   name + ".png",
+                             "--tiff",      name + ".tif"},
                             m_dir);
         ASSERT_EQ(child.Wait(), 0) << child.errText;
         EXPECT_EQ(child.errText, "");  // no progress bar without a terminal
@@ -246,9 +251,10 @@ TEST_F(PrintTest, PageLargerThanTheAreaPassesThroughReusedSlots) {
     spec.dpi = 200;
     spec.depth = 8;
     const auto want = Reference(spec);
-    Child child = Start({"--size", "A6", "--res", "200", "--depth", "8", "--codec", "lzw", "--area-size",
-                         "40K", "--slots", "3", "--area", m_area, "--png", "big.png"},
-                        m_dir);
+    Child child =
+        Start({"--size", "A6", "--res", "200", "--depth", "8", "--codec", "lzw", "--area-size",
+               "40K", "--slots", "3", "--area", m_area, "--png", "big.png"},
+              m_dir);
     ASSERT_EQ(child.Wait(), 0) << child.errText;
     char digits[32] = {};
     unsigned bands = 0, slots = 0;
@@ -259,8 +265,8 @@ TEST_F(PrintTest, PageLargerThanTheAreaPassesThroughReusedSlots) {
     for (const char* d = digits; *d; ++d)
         if (*d != ',') plain += *d;
     const unsigned long long bytes = std::stoull(plain);
-    ASSERT_EQ(std::sscanf(child.outText.c_str() + child.outText.find("ring"), "ring %u bands through %u slots",
-                          &bands, &slots),
+    ASSERT_EQ(std::sscanf(child.outText.c_str() + child.outText.find("ring"),
+                          "ring %u bands through %u slots", &bands, &slots),
               2);
     EXPECT_GT(bytes, 2u * 40 * 1024);  // the streams alone are twice the area
     EXPECT_GT(bands, 3 * slots);
@@ -276,7 +282,8 @@ pid_t StalledPid(const std::string& text) {
 }
 
 std::vector<std::string> StallArgs(const std::string& area, const char* side) {
-    return {"--size", "A5", "--res", "150", "--band-rows", "8", "--slots", "2", "--area", area, "--stall", side};
+    return {"--size",  "A5", "--res",  "150", "--band-rows", "8",
+            "--slots", "2",  "--area", area,  "--stall",     side};
 }
 
 TEST_F(PrintTest, KilledPrinterEndsTheProducerAndTheArea) {
@@ -287,7 +294,8 @@ TEST_F(PrintTest, KilledPrinterEndsTheProducerAndTheArea) {
     ASSERT_TRUE(AreaExists(m_area));
     ASSERT_EQ(::kill(printer, SIGKILL), 0);
     EXPECT_EQ(child.Wait(), 1);
-    EXPECT_NE(child.errText.find("printer process was killed by signal 9"), std::string::npos) << child.errText;
+    EXPECT_NE(child.errText.find("printer process was killed by signal 9"), std::string::npos)
+        << child.errText;
     EXPECT_FALSE(AreaExists(m_area));
 }
 
@@ -305,7 +313,8 @@ TEST_F(PrintTest, KilledProducerEndsThePrinterAndTheArea) {
     ::prctl(PR_SET_CHILD_SUBREAPER, 0);
     ASSERT_GT(printer, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
-    EXPECT_NE(child.errText.find("producer ended in the middle of page 1"), std::string::npos) << child.errText;
+    EXPECT_NE(child.errText.find("producer ended in the middle of page 1"), std::string::npos)
+        << child.errText;
     EXPECT_FALSE(AreaExists(m_area));
 }
 
@@ -343,8 +352,9 @@ TEST_F(PrintTest, StaleAreaIsTakenOverAndLiveOneLeftAlone) {
 
 TEST_F(PrintTest, BadOptionsExitWithUsageStatus) {
     const std::vector<std::vector<std::string>> bad = {
-        {"--size", "B9"},       {"--size", "0x297"},     {"--depth", "3"},
-        {"--codec", "zip"},     {"--res", "0"},          {"--size", "5x5", "--res", "72"},
+        {"--size", "B9"},        {"--size", "0x297"},
+        {"--depth", "3"},        {"--codec", "zip"},
+        {"--res", "0"},          {"--size", "5x5", "--res", "72"},
         {"--area-size", "lots"}, {"--area-size", "2K", "--size", "A4"},
     };
     for (const auto& args : bad) {

@@ -34,8 +34,7 @@ int Usage(const std::string& message) {
 }
 
 kxtool::Command cmd{
-    "print",
-    "Rasterise the built-in test page, compress it and print it through a second process",
+    "print", "Rasterise the built-in test page, compress it and print it through a second process",
     [](CLI::App& app) {
         struct Args {
             kxprint::PrintOptions o;
@@ -43,10 +42,12 @@ kxtool::Command cmd{
         };
         auto a = std::make_shared<Args>();
         a->o.png.clear();
-        app.add_option("-s,--size", a->o.sizeText,
-                       "page: A0..A6, Letter, Legal or WIDTHxHEIGHT in mm (also cm, in), e.g. 210x297")
+        app.add_option(
+               "-s,--size", a->o.sizeText,
+               "page: A0..A6, Letter, Legal or WIDTHxHEIGHT in mm (also cm, in), e.g. 210x297")
             ->capture_default_str();
-        app.add_option("-r,--res", a->res, "resolution, e.g. 720, 600dpi, 28.346dpcm")->capture_default_str();
+        app.add_option("-r,--res", a->res, "resolution, e.g. 720, 600dpi, 28.346dpcm")
+            ->capture_default_str();
         app.add_option("-a,--angle", a->o.spec.angleDeg, "turn of the page content in degrees")
             ->capture_default_str();
         app.add_option("-d,--depth", a->o.spec.depth, "bits per pixel: 1, 2, 4, 8 or 24")
@@ -56,16 +57,28 @@ kxtool::Command cmd{
                        "pack (the run-length codec of the depth) or lzw (over the packed rows)")
             ->capture_default_str()
             ->check(CLI::IsMember({"pack", "lzw"}));
-        app.add_option("-n,--pages", a->o.pages, "number of pages")->capture_default_str()->check(CLI::Range(1, 100000));
-        app.add_option("--png", a->o.png, "write the page as PNG (several pages: FILE-1.png ...); default page.png");
-        app.add_option("--tiff", a->o.tiff, "write the pages as one TIFF whose strips are LZW streams");
-        app.add_option("--area", a->o.area, "name of the shared memory area (default kxbase-print-UID)");
-        app.add_option("--area-size", a->areaSize, "bytes of the area: bytes or with K, M, G")->capture_default_str();
-        app.add_option("--slots", a->o.slots, "band slots in the area")->capture_default_str()->check(CLI::Range(1, 1024));
-        app.add_option("--band-rows", a->o.bandRows, "most rows per band")->capture_default_str()->check(CLI::Range(1, 1 << 20));
+        app.add_option("-n,--pages", a->o.pages, "number of pages")
+            ->capture_default_str()
+            ->check(CLI::Range(1, 100000));
+        app.add_option("--png", a->o.png,
+                       "write the page as PNG (several pages: FILE-1.png ...); default page.png");
+        app.add_option("--tiff", a->o.tiff,
+                       "write the pages as one TIFF whose strips are LZW streams");
+        app.add_option("--area", a->o.area,
+                       "name of the shared memory area (default kxbase-print-UID)");
+        app.add_option("--area-size", a->areaSize, "bytes of the area: bytes or with K, M, G")
+            ->capture_default_str();
+        app.add_option("--slots", a->o.slots, "band slots in the area")
+            ->capture_default_str()
+            ->check(CLI::Range(1, 1024));
+        app.add_option("--band-rows", a->o.bandRows, "most rows per band")
+            ->capture_default_str()
+            ->check(CLI::Range(1, 1 << 20));
         // The printer side and the test hooks are not for users.
         app.add_option("--printer", a->printer, "")->group("");
-        app.add_option("--stall", a->o.stall, "")->group("")->check(CLI::IsMember({"producer", "printer"}));
+        app.add_option("--stall", a->o.stall, "")
+            ->group("")
+            ->check(CLI::IsMember({"producer", "printer"}));
         app.add_flag("--corrupt", a->o.corrupt, "")->group("");
         return [a]() -> int {
             kxprint::PrintOptions& o = a->o;
@@ -79,7 +92,8 @@ kxtool::Command cmd{
             if (!std::isfinite(o.spec.angleDeg)) return Usage("the angle must be a number");
             kxprint::ParseCodec(a->codec, o.codec);
             o.areaBytes = ParseBytes(a->areaSize);
-            if (o.areaBytes == 0) return Usage("not a size: " + a->areaSize + " (examples: 16M, 65536)");
+            if (o.areaBytes == 0)
+                return Usage("not a size: " + a->areaSize + " (examples: 16M, 65536)");
             if (o.png.empty() && o.tiff.empty()) o.png = "page.png";
             return kxprint::RunPrint(o);
         };

@@ -11,7 +11,8 @@ namespace kxprint {
 
 std::string PagePath(const std::string& path, std::uint32_t page, std::uint32_t pages) {
     if (pages <= 1) return path;
-    const std::string number = "-" + std::to_string(page + 1);
+    std::string number = std::to_string(page + 1);
+    number.insert(number.begin(), '-');  // (GCC 12 warns falsely on "-" + string)
     const auto slash = path.find_last_of('/');
     const auto dot = path.find_last_of('.');
     if (dot == std::string::npos || (slash != std::string::npos && dot < slash) || dot == 0)
@@ -148,18 +149,21 @@ bool TiffJobWriter::BeginPage(const std::string& path, const PageFormat& f, std:
     }
     TIFF* t = s.tif;
     const bool rgb = f.depth == 24;
-    const bool ok =
-        TIFFSetField(t, TIFFTAG_IMAGEWIDTH, f.width) && TIFFSetField(t, TIFFTAG_IMAGELENGTH, f.height) &&
-        TIFFSetField(t, TIFFTAG_BITSPERSAMPLE, rgb ? 8 : f.depth) &&
-        TIFFSetField(t, TIFFTAG_SAMPLESPERPIXEL, rgb ? 3 : 1) &&
-        TIFFSetField(t, TIFFTAG_PHOTOMETRIC,
-                     rgb ? PHOTOMETRIC_RGB : f.depth == 1 ? PHOTOMETRIC_MINISWHITE : PHOTOMETRIC_MINISBLACK) &&
-        TIFFSetField(t, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) &&
-        TIFFSetField(t, TIFFTAG_COMPRESSION, COMPRESSION_LZW) &&
-        TIFFSetField(t, TIFFTAG_ROWSPERSTRIP, 1) &&
-        TIFFSetField(t, TIFFTAG_XRESOLUTION, f.dpi) && TIFFSetField(t, TIFFTAG_YRESOLUTION, f.dpi) &&
-        TIFFSetField(t, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH) &&
-        TIFFSetField(t, TIFFTAG_SOFTWARE, "kxbase print");
+    const bool ok = TIFFSetField(t, TIFFTAG_IMAGEWIDTH, f.width) &&
+                    TIFFSetField(t, TIFFTAG_IMAGELENGTH, f.height) &&
+                    TIFFSetField(t, TIFFTAG_BITSPERSAMPLE, rgb ? 8 : f.depth) &&
+                    TIFFSetField(t, TIFFTAG_SAMPLESPERPIXEL, rgb ? 3 : 1) &&
+                    TIFFSetField(t, TIFFTAG_PHOTOMETRIC,
+                                 rgb            ? PHOTOMETRIC_RGB
+                                 : f.depth == 1 ? PHOTOMETRIC_MINISWHITE
+                                                : PHOTOMETRIC_MINISBLACK) &&
+                    TIFFSetField(t, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) &&
+                    TIFFSetField(t, TIFFTAG_COMPRESSION, COMPRESSION_LZW) &&
+                    TIFFSetField(t, TIFFTAG_ROWSPERSTRIP, 1) &&
+                    TIFFSetField(t, TIFFTAG_XRESOLUTION, f.dpi) &&
+                    TIFFSetField(t, TIFFTAG_YRESOLUTION, f.dpi) &&
+                    TIFFSetField(t, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH) &&
+                    TIFFSetField(t, TIFFTAG_SOFTWARE, "kxbase print");
     if (!ok) error = "TIFF " + s.path + ": cannot set the page's tags";
     return ok;
 }

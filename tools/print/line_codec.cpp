@@ -62,8 +62,7 @@ bool LineEncoder::Encode(const std::uint8_t* expanded, std::uint8_t* dst, std::u
     } else {
         m_packed = expanded;
     }
-    if (m_codec == Codec::Lzw &&
-        !ACompress::Comp_LZW(m_packed, m_packedBytes, dst, m_bound, n))
+    if (m_codec == Codec::Lzw && !ACompress::Comp_LZW(m_packed, m_packedBytes, dst, m_bound, n))
         return false;
     len = n;
     crc = Crc32(m_packed, m_packedBytes);

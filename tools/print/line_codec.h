@@ -34,7 +34,8 @@ public:
     /// Codes the expanded row into dst (StreamBound() bytes of room): sets len to the stream
     /// length and crc to the CRC-32 of the packed row. False when the codec refuses the row
     /// (not for rows of a valid page).
-    bool Encode(const std::uint8_t* expanded, std::uint8_t* dst, std::uint32_t& len, std::uint32_t& crc);
+    bool Encode(const std::uint8_t* expanded, std::uint8_t* dst, std::uint32_t& len,
+                std::uint32_t& crc);
     /// The packed row of the last Encode.
     const std::uint8_t* Packed() const { return m_packed; }
 

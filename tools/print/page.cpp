@@ -36,11 +36,21 @@ void PixelValue(const std::uint8_t rgb[3], int depth, std::uint8_t out[3]) {
     const int lum = Luminance(rgb);
     out[0] = out[1] = out[2] = 0;
     switch (depth) {
-        case 1: out[0] = lum < 128 ? 1 : 0; break;
-        case 2: out[0] = static_cast<std::uint8_t>(lum >> 6); break;
-        case 4: out[0] = static_cast<std::uint8_t>(lum >> 4); break;
-        case 8: out[0] = static_cast<std::uint8_t>(lum); break;
-        default: std::memcpy(out, rgb, 3); break;
+        case 1:
+            out[0] = lum < 128 ? 1 : 0;
+            break;
+        case 2:
+            out[0] = static_cast<std::uint8_t>(lum >> 6);
+            break;
+        case 4:
+            out[0] = static_cast<std::uint8_t>(lum >> 4);
+            break;
+        case 8:
+            out[0] = static_cast<std::uint8_t>(lum);
+            break;
+        default:
+            std::memcpy(out, rgb, 3);
+            break;
     }
 }
 
@@ -63,7 +73,8 @@ std::vector<POINT> SortByRow(const CArray<POINT>& pts) {
     std::vector<std::size_t> next(start.begin(), start.end() - 1);
     for (std::size_t i = 0; i < n; ++i) out[next[static_cast<std::size_t>(p[i].y - lo)]++] = p[i];
     for (std::size_t r = 0; r + 1 < start.size(); ++r)
-        std::sort(out.begin() + static_cast<std::ptrdiff_t>(start[r]), out.begin() + static_cast<std::ptrdiff_t>(start[r + 1]),
+        std::sort(out.begin() + static_cast<std::ptrdiff_t>(start[r]),
+                  out.begin() + static_cast<std::ptrdiff_t>(start[r + 1]),
                   [](const POINT& a, const POINT& b) { return a.x < b.x; });
     return out;
 }
@@ -72,8 +83,8 @@ std::vector<POINT> SortByRow(const CArray<POINT>& pts) {
 
 bool ParsePageSize(const std::string& text, PageSpec& spec, std::string& error) {
     static const std::map<std::string, std::pair<double, double>> named = {
-        {"a0", {841, 1189}}, {"a1", {594, 841}},       {"a2", {420, 594}},
-        {"a3", {297, 420}},  {"a4", {210, 297}},       {"a5", {148, 210}},
+        {"a0", {841, 1189}}, {"a1", {594, 841}},         {"a2", {420, 594}},
+        {"a3", {297, 420}},  {"a4", {210, 297}},         {"a5", {148, 210}},
         {"a6", {105, 148}},  {"letter", {215.9, 279.4}}, {"legal", {215.9, 355.6}},
     };
     const std::string key = Lower(text);
@@ -115,9 +126,9 @@ std::vector<Page::ShapeInfo> Page::Shapes(double widthMm, double heightMm) {
     const double W = widthMm * kUnitsPerMm, H = heightMm * kUnitsPerMm;
     struct Def {
         bool ellipse;
-        double l, t, r, b;   // fractions of the page
-        double turnDeg;      // about the box centre
-        double shear;        // x shifted by shear * (y - centre)
+        double l, t, r, b;  // fractions of the page
+        double turnDeg;     // about the box centre
+        double shear;       // x shifted by shear * (y - centre)
         std::uint8_t fill[3], line[3];
     };
     // Dark and light fills alternate so that the 1-bit page shows both filled shapes and
@@ -214,7 +225,8 @@ void Page::Rewind() {
     m_lastRow = 0;
 }
 
-void Page::Paint(std::uint8_t* row, std::int32_t x0, std::int32_t x1, const std::uint8_t* value) const {
+void Page::Paint(std::uint8_t* row, std::int32_t x0, std::int32_t x1,
+                 const std::uint8_t* value) const {
     x0 = std::max<std::int32_t>(x0, 0);
     x1 = std::min<std::int32_t>(x1, static_cast<std::int32_t>(m_width) - 1);
     if (x0 > x1) return;

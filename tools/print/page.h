@@ -36,7 +36,8 @@ inline int ExpandedBytesPerPixel(int depth) {
 /// Bytes of one packed row (pixels side by side, most significant bits first, rows padded to
 /// a whole byte): the layout PNG and TIFF store.
 inline std::uint32_t PackedRowBytes(std::uint32_t width, int depth) {
-    return static_cast<std::uint32_t>((std::uint64_t{width} * static_cast<std::uint32_t>(depth) + 7) / 8);
+    return static_cast<std::uint32_t>(
+        (std::uint64_t{width} * static_cast<std::uint32_t>(depth) + 7) / 8);
 }
 inline bool ValidDepth(int depth) {
     return depth == 1 || depth == 2 || depth == 4 || depth == 8 || depth == 24;
@@ -65,9 +66,9 @@ public:
 
     /// One shape in page coordinates (tenths of a millimetre), for the benchmark's peers.
     struct ShapeInfo {
-        bool ellipse;        ///< ellipse inscribed in the box, else the box itself
+        bool ellipse;  ///< ellipse inscribed in the box, else the box itself
         double left, top, right, bottom;
-        ATransform local;    ///< the shape's own turn or shear, applied before the page map
+        ATransform local;  ///< the shape's own turn or shear, applied before the page map
         std::uint8_t fill[3], line[3];
     };
     /// The shapes in painting order.
@@ -78,14 +79,15 @@ private:
         std::int32_t y, x0, x1;  // x1 inclusive
     };
     struct Painted {
-        std::int64_t first = 0;                 // device row of spans[0]
-        CArray<POINT> spans;                    // x = first pixel, y = last pixel
-        std::vector<Run> outline;               // sorted by row, then column
-        std::size_t cursor = 0;                 // first outline run not above the current row
+        std::int64_t first = 0;                   // device row of spans[0]
+        CArray<POINT> spans;                      // x = first pixel, y = last pixel
+        std::vector<Run> outline;                 // sorted by row, then column
+        std::size_t cursor = 0;                   // first outline run not above the current row
         std::uint8_t fill[3] = {}, line[3] = {};  // pixel values for the page's depth
     };
 
-    void Paint(std::uint8_t* row, std::int32_t x0, std::int32_t x1, const std::uint8_t* value) const;
+    void Paint(std::uint8_t* row, std::int32_t x0, std::int32_t x1,
+               const std::uint8_t* value) const;
 
     std::uint32_t m_width = 0, m_height = 0;
     int m_depth = 1;

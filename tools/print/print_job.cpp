@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cinttypes>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
@@ -29,7 +28,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 std::uint64_t Ns(Clock::time_point a, Clock::time_point b) {
-    return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(b - a).count());
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(b - a).count());
 }
 
 volatile sig_atomic_t g_stop = 0;
@@ -103,7 +103,8 @@ int Job::PrinterLost(const char* when) {
 
 int Job::Start(std::uint32_t rowBound) {
     m_slotBytes = static_cast<std::uint32_t>(std::min<std::uint64_t>(
-        (m_o.areaBytes > kControlBytes ? m_o.areaBytes - kControlBytes : 0) / m_o.slots, 0xFFFF0000u));
+        (m_o.areaBytes > kControlBytes ? m_o.areaBytes - kControlBytes : 0) / m_o.slots,
+        0xFFFF0000u));
     m_slotBytes &= ~7u;
     if (std::uint64_t{m_slotBytes} < sizeof(BandHeader) + sizeof(LineRecord) + rowBound)
         return Fail("a slot of " + std::to_string(m_slotBytes) + " bytes cannot hold one row (" +
@@ -117,7 +118,8 @@ int Job::Start(std::uint32_t rowBound) {
     {
         CShareMemoryClient probe;
         if (probe.OpenMap(m_area.c_str(), 4096))
-            return Fail("the area '" + m_area + "' is in use by another print job (give --area NAME)");
+            return Fail("the area '" + m_area +
+                        "' is in use by another print job (give --area NAME)");
     }
 
     int tokens[2], acks[2];
@@ -140,7 +142,8 @@ int Job::Start(std::uint32_t rowBound) {
     std::vector<char*> argv;
     for (std::string& a : args) argv.push_back(a.data());
     argv.push_back(nullptr);
-    const int rc = posix_spawn(&m_printer, "/proc/self/exe", &actions, nullptr, argv.data(), environ);
+    const int rc =
+        posix_spawn(&m_printer, "/proc/self/exe", &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     ::close(tokens[0]);
     ::close(acks[1]);
@@ -166,7 +169,8 @@ int Job::Start(std::uint32_t rowBound) {
 }
 
 int Job::TakeAck(const Token& token) {
-    if (token.kind != TokenKind::Ack || token.seq != m_acked) return Fail("the printer answered out of turn");
+    if (token.kind != TokenKind::Ack || token.seq != m_acked)
+        return Fail("the printer answered out of turn");
     m_pageRowsDone += m_rowsInSlot[token.seq % m_o.slots];
     ++m_acked;
     m_progress.Show(m_currentPage, m_o.pages, m_pageRowsDone, m_pageHeight);
@@ -202,7 +206,8 @@ int Job::Publish(const BandHeader& header) {
     if (!m_server.WriteData(SlotOffset(slot, m_slotBytes), m_band.data(),
                             static_cast<DWORD>(sizeof header + header.payloadBytes)) ||
         !m_server.WriteData(offsetof(RingControl, published), &published, sizeof published))
-        return Fail("cannot write band " + std::to_string(header.seq) + ": " + ChannelError(m_server));
+        return Fail("cannot write band " + std::to_string(header.seq) + ": " +
+                    ChannelError(m_server));
     m_sum.transferNs += Ns(t0, Clock::now());
     m_rowsInSlot[slot] = header.rows;
     m_published = published;
@@ -213,7 +218,8 @@ int Job::Publish(const BandHeader& header) {
         // Stall once the printer has the band, so that it is in the middle of the page.
         Token token;
         if (ReadToken(m_ackFd, token, &g_stop) != PipeResult::Ok || TakeAck(token) != 0) return 1;
-        std::fprintf(stderr, "kxbase print: producer stalls in process %d (test hook)\n", static_cast<int>(getpid()));
+        std::fprintf(stderr, "kxbase print: producer stalls in process %d (test hook)\n",
+                     static_cast<int>(getpid()));
         for (;;) pause();
     }
     return 0;
@@ -286,11 +292,13 @@ int Job::Run() {
     Token done;
     const PipeResult r = ReadToken(m_ackFd, done, &g_stop);
     if (r == PipeResult::Interrupted) return Fail("interrupted", 130);
-    if (r != PipeResult::Ok || done.kind != TokenKind::Done) return PrinterLost("while finishing the files");
+    if (r != PipeResult::Ok || done.kind != TokenKind::Done)
+        return PrinterLost("while finishing the files");
     int status = 0;
     ::waitpid(m_printer, &status, 0);
     m_printer = -1;
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return Fail("the printer process " + DescribeExit(status));
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        return Fail("the printer process " + DescribeExit(status));
     RingControl control;
     if (!m_server.ReadData(0, &control, sizeof control))
         return Fail("cannot read the printer's figures: " + ChannelError(m_server));
@@ -303,8 +311,9 @@ int Job::Run() {
     m_sum.writeNs = f.writeNs;
     m_sum.tiffBytes = f.tiffStripBytes;
     char page_text[160];
-    std::snprintf(page_text, sizeof page_text, "%s (%.1f x %.1f mm) at %.6g dpi, turned %.6g degrees",
-                  m_o.sizeText.c_str(), m_o.spec.widthMm, m_o.spec.heightMm, m_o.spec.dpi, m_o.spec.angleDeg);
+    std::snprintf(page_text, sizeof page_text,
+                  "%s (%.1f x %.1f mm) at %.6g dpi, turned %.6g degrees", m_o.sizeText.c_str(),
+                  m_o.spec.widthMm, m_o.spec.heightMm, m_o.spec.dpi, m_o.spec.angleDeg);
     m_sum.page = page_text;
     m_sum.width = page.Width();
     m_sum.height = page.Height();
@@ -315,7 +324,9 @@ int Job::Run() {
     m_sum.slotBytes = m_slotBytes;
     std::string outputs;
     if (!m_o.png.empty())
-        outputs = m_o.pages == 1 ? m_o.png : PagePath(m_o.png, 0, m_o.pages) + " .. " + PagePath(m_o.png, m_o.pages - 1, m_o.pages);
+        outputs = m_o.pages == 1 ? m_o.png
+                                 : PagePath(m_o.png, 0, m_o.pages) + " .. " +
+                                       PagePath(m_o.png, m_o.pages - 1, m_o.pages);
     if (!m_o.tiff.empty()) outputs += (outputs.empty() ? "" : ", ") + m_o.tiff;
     m_sum.outputs = outputs;
     PrintSummary(stdout, m_sum);

@@ -20,12 +20,12 @@ struct PrintOptions {
     Codec codec = Codec::Pack;
     std::uint32_t pages = 1;
     std::string png, tiff;
-    std::string area;                       ///< empty: "kxbase-print-<uid>"
-    std::uint64_t areaBytes = 16u << 20;    ///< data bytes of the area, slots included
+    std::string area;                     ///< empty: "kxbase-print-<uid>"
+    std::uint64_t areaBytes = 16u << 20;  ///< data bytes of the area, slots included
     std::uint32_t slots = 4;
-    std::uint32_t bandRows = 256;           ///< most rows per band
-    std::string stall;                      ///< test hook: "producer" or "printer"
-    bool corrupt = false;                   ///< test hook: send a wrong checksum for row 0
+    std::uint32_t bandRows = 256;  ///< most rows per band
+    std::string stall;             ///< test hook: "producer" or "printer"
+    bool corrupt = false;          ///< test hook: send a wrong checksum for row 0
 };
 
 /// Runs the job; returns the exit status (0 success, 1 failure, 2 bad options, 130 Ctrl-C).

@@ -23,7 +23,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 std::uint64_t Ns(Clock::time_point a, Clock::time_point b) {
-    return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(b - a).count());
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(b - a).count());
 }
 
 pid_t g_producer = -1;  // the process that started this printer
@@ -45,8 +46,8 @@ void RemoveStaleArea(const std::string& area) {
     if (server.CreateMap(area.c_str(), kControlBytes, kControlBytes))
         server.DeleteMap();
     else
-        std::fprintf(stderr, "kxbase print: printer: cannot remove the area '%s': %s\n", area.c_str(),
-                     ChannelError(server).c_str());
+        std::fprintf(stderr, "kxbase print: printer: cannot remove the area '%s': %s\n",
+                     area.c_str(), ChannelError(server).c_str());
 }
 
 class Printer {
@@ -95,15 +96,19 @@ bool Printer::Open(std::string& error) {
 }
 
 bool Printer::BeginPage(const BandHeader& h, std::string& error) {
-    if (h.firstRow != 0 || !ValidDepth(static_cast<int>(h.depth)) || h.width == 0 || h.height == 0 ||
-        (h.codec != static_cast<std::uint32_t>(Codec::Pack) && h.codec != static_cast<std::uint32_t>(Codec::Lzw))) {
+    // The producer's own limits: a page of more than 1 << 20 pixels a side is refused there.
+    if (h.firstRow != 0 || !ValidDepth(static_cast<int>(h.depth)) || h.width == 0 ||
+        h.height == 0 || h.width > (1u << 20) || h.height > (1u << 20) ||
+        (h.codec != static_cast<std::uint32_t>(Codec::Pack) &&
+         h.codec != static_cast<std::uint32_t>(Codec::Lzw))) {
         error = "band " + std::to_string(h.seq) + " does not start a valid page";
         return false;
     }
     m_page = h;
     m_inPage = true;
     m_nextRow = 0;
-    m_decoder = std::make_unique<LineDecoder>(h.width, static_cast<int>(h.depth), static_cast<Codec>(h.codec));
+    m_decoder = std::make_unique<LineDecoder>(h.width, static_cast<int>(h.depth),
+                                              static_cast<Codec>(h.codec));
     m_lzw.resize(static_cast<std::size_t>(ACompress::LzwCompressBound(m_decoder->PackedBytes())));
     const PageFormat format{h.width, h.height, static_cast<int>(h.depth), h.dpiMilli / 1000.0};
     const auto t0 = Clock::now();
@@ -127,7 +132,8 @@ bool Printer::EndPage(std::string& error) {
 
 bool Printer::TakeBand(const Token& token, std::string& error) {
     if (token.seq != m_nextSeq) {
-        error = "expected band " + std::to_string(m_nextSeq) + ", was told " + std::to_string(token.seq);
+        error = "expected band " + std::to_string(m_nextSeq) + ", was told " +
+                std::to_string(token.seq);
         return false;
     }
     const auto slot = static_cast<std::uint32_t>(token.seq % m_control.slotCount);
@@ -144,8 +150,8 @@ bool Printer::TakeBand(const Token& token, std::string& error) {
         error = "slot " + std::to_string(slot) + " does not hold band " + std::to_string(token.seq);
         return false;
     }
-    if (h.payloadBytes &&
-        !m_client.ReadData(SlotOffset(slot, m_control.slotBytes) + sizeof h, m_band.data(), h.payloadBytes)) {
+    if (h.payloadBytes && !m_client.ReadData(SlotOffset(slot, m_control.slotBytes) + sizeof h,
+                                             m_band.data(), h.payloadBytes)) {
         error = "cannot read band " + std::to_string(token.seq) + ": " + ChannelError(m_client);
         return false;
     }
@@ -155,8 +161,8 @@ bool Printer::TakeBand(const Token& token, std::string& error) {
     if (h.page != m_page.page || h.width != m_page.width || h.height != m_page.height ||
         h.depth != m_page.depth || h.codec != m_page.codec || h.firstRow != m_nextRow ||
         h.rows > m_page.height - m_nextRow) {
-        error = "band " + std::to_string(h.seq) + " does not continue page " + std::to_string(m_page.page + 1) +
-                " at row " + std::to_string(m_nextRow);
+        error = "band " + std::to_string(h.seq) + " does not continue page " +
+                std::to_string(m_page.page + 1) + " at row " + std::to_string(m_nextRow);
         return false;
     }
     const bool lzwStream = h.codec == static_cast<std::uint32_t>(Codec::Lzw);
@@ -180,7 +186,8 @@ bool Printer::TakeBand(const Token& token, std::string& error) {
         const auto d0 = Clock::now();
         const std::uint8_t* packed = m_decoder->Decode(stream, rec.length, error);
         if (!packed) {
-            error = "page " + std::to_string(h.page + 1) + " row " + std::to_string(row) + ": " + error;
+            error =
+                "page " + std::to_string(h.page + 1) + " row " + std::to_string(row) + ": " + error;
             return false;
         }
         if (Crc32(packed, m_decoder->PackedBytes()) != rec.crc) {
@@ -203,7 +210,8 @@ bool Printer::TakeBand(const Token& token, std::string& error) {
                 return false;
             }
             if (!lzwStream) strip = m_lzw.data();
-            if (!m_tiffWriter.Row(row, strip, static_cast<std::uint32_t>(length), error)) return false;
+            if (!m_tiffWriter.Row(row, strip, static_cast<std::uint32_t>(length), error))
+                return false;
             m_figures.tiffStripBytes += length;
         }
         m_figures.writeNs += Ns(d1, Clock::now());
@@ -225,9 +233,9 @@ int Printer::Run(bool stall) {
             if (open) m_client.DeleteMap();
             RemoveStaleArea(m_area);
             if (m_inPage)
-                return Fail("the producer ended in the middle of page " + std::to_string(m_page.page + 1) +
-                            " (row " + std::to_string(m_nextRow) + " of " + std::to_string(m_page.height) +
-                            "); the page is incomplete");
+                return Fail("the producer ended in the middle of page " +
+                            std::to_string(m_page.page + 1) + " (row " + std::to_string(m_nextRow) +
+                            " of " + std::to_string(m_page.height) + "); the page is incomplete");
             return Fail("the producer ended before the job was complete");
         }
         if (!open) {
@@ -249,13 +257,14 @@ int Printer::Run(bool stall) {
         }
         if (token.kind != TokenKind::Band) return Fail("unexpected token from the producer");
         if (stall) {
-            std::fprintf(stderr, "kxbase print: printer stalls in process %d (test hook)\n", static_cast<int>(getpid()));
+            std::fprintf(stderr, "kxbase print: printer stalls in process %d (test hook)\n",
+                         static_cast<int>(getpid()));
             for (;;) pause();
         }
         if (!TakeBand(token, error)) return Fail(error);
         const std::uint64_t consumed = m_nextSeq;
-        if (!m_client.WriteData(offsetof(RingControl, consumed), const_cast<std::uint64_t*>(&consumed),
-                                sizeof consumed))
+        if (!m_client.WriteData(offsetof(RingControl, consumed),
+                                const_cast<std::uint64_t*>(&consumed), sizeof consumed))
             return Fail("cannot acknowledge band: " + ChannelError(m_client));
         if (WriteToken(kAckFd, Token{TokenKind::Ack, 0, token.seq}) != PipeResult::Ok) {
             RemoveStaleArea(m_area);

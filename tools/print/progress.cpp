@@ -6,7 +6,8 @@ namespace kxprint {
 
 ProgressBar::ProgressBar() : m_tty(::isatty(STDERR_FILENO) == 1) {}
 
-void ProgressBar::Show(std::uint32_t page, std::uint32_t pages, std::uint64_t done, std::uint64_t total) {
+void ProgressBar::Show(std::uint32_t page, std::uint32_t pages, std::uint64_t done,
+                       std::uint64_t total) {
     if (!m_tty) return;
     const int percent = total ? static_cast<int>(done * 100 / total) : 100;
     if (percent == m_last && m_open) return;
@@ -43,8 +44,8 @@ double Ms(std::uint64_t ns) {
 
 void PrintSummary(std::FILE* out, const Summary& s) {
     const std::uint64_t pixels = std::uint64_t{s.width} * s.height;
-    std::fprintf(out, "kxbase print: %s, %u x %u pixels, %d-bit, %u page%s\n", s.page.c_str(), s.width,
-                 s.height, s.depth, s.pages, s.pages == 1 ? "" : "s");
+    std::fprintf(out, "kxbase print: %s, %u x %u pixels, %d-bit, %u page%s\n", s.page.c_str(),
+                 s.width, s.height, s.depth, s.pages, s.pages == 1 ? "" : "s");
     std::fprintf(out, "  pixels       %s per page, %s in all\n", Grouped(pixels).c_str(),
                  Grouped(pixels * s.pages).c_str());
     auto ratio = [&](std::uint64_t bytes) {
@@ -54,15 +55,17 @@ void PrintSummary(std::FILE* out, const Summary& s) {
     std::fprintf(out, "  %-12s %s bytes, ratio %.1f : 1 (handed to the printer)\n", s.codec.c_str(),
                  Grouped(s.streamBytes).c_str(), ratio(s.streamBytes));
     if (s.tiffBytes)
-        std::fprintf(out, "  %-12s %s bytes, ratio %.1f : 1 (TIFF strips)\n", "lzw", Grouped(s.tiffBytes).c_str(),
-                     ratio(s.tiffBytes));
+        std::fprintf(out, "  %-12s %s bytes, ratio %.1f : 1 (TIFF strips)\n", "lzw",
+                     Grouped(s.tiffBytes).c_str(), ratio(s.tiffBytes));
     std::fprintf(out, "  ring         %u bands through %u slots of %s bytes\n", s.bands, s.slots,
                  Grouped(s.slotBytes).c_str());
     std::fprintf(out, "  time per stage (the two processes overlap):\n");
     std::fprintf(out, "    rasterise  %9.1f ms  producer\n", Ms(s.rasteriseNs));
     std::fprintf(out, "    compress   %9.1f ms  producer\n", Ms(s.compressNs));
-    std::fprintf(out, "    transfer   %9.1f ms  both (copies into and out of the area)\n", Ms(s.transferNs));
-    std::fprintf(out, "    decompress %9.1f ms  printer (with the checksum test)\n", Ms(s.decompressNs));
+    std::fprintf(out, "    transfer   %9.1f ms  both (copies into and out of the area)\n",
+                 Ms(s.transferNs));
+    std::fprintf(out, "    decompress %9.1f ms  printer (with the checksum test)\n",
+                 Ms(s.decompressNs));
     std::fprintf(out, "    write      %9.1f ms  printer\n", Ms(s.writeNs));
     std::fprintf(out, "    waiting    %9.1f ms  producer, for free slots\n", Ms(s.producerWaitNs));
     const double seconds = static_cast<double>(s.wallNs) / 1e9;

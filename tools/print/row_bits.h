@@ -10,7 +10,8 @@ namespace kxprint {
 
 /// expanded: width bytes, each below 1 << depth (for depth 1: 0 or 1 only); packed: room for
 /// (width * depth + 7) / 8 bytes. Depths 8 and 24 are copied as they are (3 bytes a pixel).
-inline void PackRowBits(const std::uint8_t* expanded, std::uint32_t width, int depth, std::uint8_t* packed) {
+inline void PackRowBits(const std::uint8_t* expanded, std::uint32_t width, int depth,
+                        std::uint8_t* packed) {
     if (depth >= 8) {
         std::memcpy(packed, expanded, std::size_t{width} * (depth == 24 ? 3u : 1u));
         return;
