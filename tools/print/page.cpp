@@ -194,6 +194,8 @@ Page::Page(const PageSpec& spec) : m_depth(spec.depth) {
 
     const std::uint8_t white[3] = {255, 255, 255};
     PixelValue(white, m_depth, m_paper);
+    // A 24-bit row starts as a copy of this one: far faster than painting triples.
+    if (m_depth == 24) m_paperRow.assign(std::size_t{m_width} * 3, 255);
     for (const ShapeInfo& s : Shapes(spec.widthMm, spec.heightMm)) {
         Painted p;
         ATransform t = s.local * m_transform;
@@ -246,7 +248,10 @@ void Page::Paint(std::uint8_t* row, std::int32_t x0, std::int32_t x1,
 void Page::RasteriseRow(std::uint32_t y, std::uint8_t* row) {
     if (y < m_lastRow) Rewind();
     m_lastRow = y;
-    Paint(row, 0, static_cast<std::int32_t>(m_width) - 1, m_paper);
+    if (m_depth == 24)
+        std::memcpy(row, m_paperRow.data(), m_paperRow.size());
+    else
+        std::memset(row, m_paper[0], m_width);
     const auto yy = static_cast<std::int64_t>(y);
     for (Painted& p : m_shapes) {
         const std::int64_t i = yy - p.first;

@@ -94,6 +94,7 @@ private:
     ATransform m_transform;
     std::vector<Painted> m_shapes;
     std::uint8_t m_paper[3] = {};
+    std::vector<std::uint8_t> m_paperRow;  // 24-bit: one row of white
     std::uint32_t m_lastRow = 0;
     std::string m_error;
 };
