@@ -163,7 +163,11 @@ int Job::Start(std::uint32_t rowBound) {
     control.slotBytes = m_slotBytes;
     if (!m_server.WriteData(0, &control, sizeof control))
         return Fail("cannot write the area: " + ChannelError(m_server));
-    m_band.resize(m_slotBytes);
+    // A band never holds more than bandRows rows, so a large slot need not be mirrored in
+    // full on the heap.
+    m_band.resize(static_cast<std::size_t>(std::min<std::uint64_t>(
+        m_slotBytes,
+        sizeof(BandHeader) + std::uint64_t{m_o.bandRows} * (sizeof(LineRecord) + rowBound))));
     m_rowsInSlot.assign(m_o.slots, 0);
     return 0;
 }
@@ -268,7 +272,7 @@ int Job::Run() {
             ++h.rows;
             const bool last = y + 1 == page.Height();
             if (last || h.rows == m_o.bandRows ||
-                m_slotBytes - at < sizeof(LineRecord) + encoder.StreamBound()) {
+                m_band.size() - at < sizeof(LineRecord) + encoder.StreamBound()) {
                 h.seq = m_published;
                 h.payloadBytes = at - static_cast<std::uint32_t>(sizeof h);
                 if (const int rc = Publish(h)) return rc;

@@ -91,7 +91,6 @@ bool Printer::Open(std::string& error) {
         error = "area '" + m_area + "' does not hold a band ring";
         return false;
     }
-    m_band.resize(m_control.slotBytes);
     return true;
 }
 
@@ -150,6 +149,7 @@ bool Printer::TakeBand(const Token& token, std::string& error) {
         error = "slot " + std::to_string(slot) + " does not hold band " + std::to_string(token.seq);
         return false;
     }
+    if (m_band.size() < h.payloadBytes) m_band.resize(h.payloadBytes);
     if (h.payloadBytes && !m_client.ReadData(SlotOffset(slot, m_control.slotBytes) + sizeof h,
                                              m_band.data(), h.payloadBytes)) {
         error = "cannot read band " + std::to_string(token.seq) + ": " + ChannelError(m_client);
