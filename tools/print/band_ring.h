@@ -24,6 +24,10 @@
 //   printer:  read a token; check it names the next band and that the control block's
 //             published counter and the slot header's sequence number agree with it; read
 //             and decode the rows; store consumed = s + 1; write the ack {Ack, s}.
+//   end:      after the last band the producer writes {End}; the printer closes its files,
+//             stores its figures in the control block and answers {Done}.
+// Pages follow each other in the same sequence: a band whose first row is 0 starts a page,
+// and the page ends with the band that reaches its height.
 // The area is only ever touched through the channel's copies (WriteData/ReadData), which hand
 // out no pointers, so there is nothing to place an atomic on; the ordering comes from the
 // pipe instead. write(2) on a pipe happens-before the read(2) that returns those bytes (the
