@@ -56,7 +56,7 @@ struct MemFile {
 
 // The page's shapes drawn by cairo: the same boxes, the same shape transforms, the same
 // page transform; ink where the colour is dark, as on the 1-bit page.
-void Draw(cairo_t* cr, const kxprint::Page& page, const kxprint::PageSpec& spec) {
+void Draw(cairo_t* cr, const kxprint::Page& page, const kxprint::PageSetup& setup) {
     cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
     cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
     cairo_set_line_width(cr, 1.0);
@@ -65,7 +65,7 @@ void Draw(cairo_t* cr, const kxprint::Page& page, const kxprint::PageSpec& spec)
     auto ink = [](const std::uint8_t c[3]) {
         return (299 * c[0] + 587 * c[1] + 114 * c[2] + 500) / 1000 < 128;
     };
-    for (const auto& s : kxprint::Page::Shapes(spec.widthMm, spec.heightMm)) {
+    for (const auto& s : kxprint::Page::Shapes(setup.widthMm, setup.heightMm)) {
         const ATransform t = s.local * page.Transform();
         cairo_matrix_t m;
         cairo_matrix_init(&m, t.eM11, t.eM12, t.eM21, t.eM22, t.eDx, t.eDy);
@@ -89,8 +89,8 @@ void Draw(cairo_t* cr, const kxprint::Page& page, const kxprint::PageSpec& spec)
 void BM_Peer_Pipeline(benchmark::State& state) {
     const bool lzw = state.range(0) == 1;
     TIFFSetWarningHandler(nullptr);
-    const kxprint::PageSpec spec = kxbench::PipelineSpec();
-    const kxprint::Page probe(spec);  // for its size and transform only
+    const kxprint::PageSetup setup = kxbench::PipelineSetup();
+    const kxprint::Page probe(setup);  // for its size and transform only
     const auto w = static_cast<int>(probe.Width()), h = static_cast<int>(probe.Height());
     const std::uint32_t packedBytes = kxprint::PackedRowBytes(probe.Width(), 1);
     std::vector<std::uint8_t> out(packedBytes);
@@ -99,7 +99,7 @@ void BM_Peer_Pipeline(benchmark::State& state) {
     for (auto _ : state) {
         cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A1, w, h);
         cairo_t* cr = cairo_create(surface);
-        Draw(cr, probe, spec);
+        Draw(cr, probe, setup);
         cairo_destroy(cr);
         cairo_surface_flush(surface);
         const unsigned char* data = cairo_image_surface_get_data(surface);

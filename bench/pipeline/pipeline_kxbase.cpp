@@ -16,8 +16,8 @@ namespace {
 
 void BM_Kxbase_Pipeline(benchmark::State& state) {
     const bool lzw = state.range(0) == 1;
-    const kxprint::PageSpec spec = kxbench::PipelineSpec();
-    kxprint::Page probe(spec);
+    const kxprint::PageSetup setup = kxbench::PipelineSetup();
+    kxprint::Page probe(setup);
     const std::uint32_t w = probe.Width(), h = probe.Height();
     const std::uint32_t packedBytes = kxprint::PackedRowBytes(w, 1);
     const auto bound = static_cast<std::uint32_t>(lzw ? ACompress::LzwCompressBound(packedBytes)
@@ -27,7 +27,7 @@ void BM_Kxbase_Pipeline(benchmark::State& state) {
     std::vector<std::uint32_t> offsets(h + 1);
     std::uint64_t streamBytes = 0, fold = 0;
     for (auto _ : state) {
-        kxprint::Page page(spec);
+        kxprint::Page page(setup);
         std::size_t at = 0;
         for (std::uint32_t y = 0; y < h; ++y) {
             page.RasteriseRow(y, row.data());

@@ -7,10 +7,10 @@
 
 namespace kxbench {
 
-inline kxprint::PageSpec PipelineSpec() {
-    kxprint::PageSpec spec;  // A4, 720 DPI, upright
-    spec.depth = 1;
-    return spec;
+inline kxprint::PageSetup PipelineSetup() {
+    kxprint::PageSetup setup;  // A4, 720 DPI, upright
+    setup.depth = 1;
+    return setup;
 }
 
 // Folds a row into a running value the optimiser cannot drop.

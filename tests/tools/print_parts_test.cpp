@@ -123,12 +123,12 @@ TEST(PrintParts, PageSizesInNamesAndMillimetres) {
         {"", false, 0, 0},
     };
     for (const Row& r : rows) {
-        kxprint::PageSpec spec;
+        kxprint::PageSetup setup;
         std::string error;
-        EXPECT_EQ(kxprint::ParsePageSize(r.text, spec, error), r.ok) << r.text;
+        EXPECT_EQ(kxprint::ParsePageSize(r.text, setup, error), r.ok) << r.text;
         if (r.ok) {
-            EXPECT_NEAR(spec.widthMm, r.w, 1e-9) << r.text;
-            EXPECT_NEAR(spec.heightMm, r.h, 1e-9) << r.text;
+            EXPECT_NEAR(setup.widthMm, r.w, 1e-9) << r.text;
+            EXPECT_NEAR(setup.heightMm, r.h, 1e-9) << r.text;
         } else {
             EXPECT_FALSE(error.empty()) << r.text;
         }

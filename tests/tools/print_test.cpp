@@ -113,15 +113,15 @@ protected:
 
 // ---- the one-process reference ------------------------------------------------------------
 
-std::vector<std::vector<std::uint8_t>> Reference(const kxprint::PageSpec& spec) {
-    kxprint::Page page(spec);
+std::vector<std::vector<std::uint8_t>> Reference(const kxprint::PageSetup& setup) {
+    kxprint::Page page(setup);
     EXPECT_TRUE(page.Ok()) << page.Error();
     std::vector<std::vector<std::uint8_t>> rows;
     std::vector<std::uint8_t> row(
-        page.Width() * static_cast<std::uint32_t>(kxprint::ExpandedBytesPerPixel(spec.depth)));
+        page.Width() * static_cast<std::uint32_t>(kxprint::ExpandedBytesPerPixel(setup.depth)));
     for (std::uint32_t y = 0; y < page.Height(); ++y) {
         page.RasteriseRow(y, row.data());
-        rows.push_back(kxtest::PackRow(row, page.Width(), spec.depth));
+        rows.push_back(kxtest::PackRow(row, page.Width(), setup.depth));
     }
     return rows;
 }
@@ -208,15 +208,15 @@ const Case kCases[] = {{1, "pack"}, {2, "pack"}, {4, "pack"}, {8, "pack"}, {24, 
 // that slots are reused and a second page follows the first: the PNGs and the TIFF pages must
 // equal the one-process rasterisation.
 TEST_F(PrintTest, EveryDepthAndCodecArrivesPixelExact) {
-    kxprint::PageSpec spec;
-    spec.widthMm = 60;
-    spec.heightMm = 45;
-    spec.dpi = 100;
-    spec.angleDeg = 17;
+    kxprint::PageSetup setup;
+    setup.widthMm = 60;
+    setup.heightMm = 45;
+    setup.dpi = 100;
+    setup.angleDeg = 17;
     for (const Case& c : kCases) {
         SCOPED_TRACE(std::to_string(c.depth) + "-bit " + c.codec);
-        spec.depth = c.depth;
-        const auto want = Reference(spec);
+        setup.depth = c.depth;
+        const auto want = Reference(setup);
         std::string name = std::to_string(c.depth);  // (GCC 12 warns falsely on "p" + string)
         name.insert(0, 1, 'p').append(c.codec);
         Child child = Start({"--size",      "60x45",      "--res",   "100",
@@ -245,12 +245,12 @@ TEST_F(PrintTest, EveryDepthAndCodecArrivesPixelExact) {
 // A page whose streams are several times the area: the ring must reuse its slots, band
 // after band, without losing or repeating a row.
 TEST_F(PrintTest, PageLargerThanTheAreaPassesThroughReusedSlots) {
-    kxprint::PageSpec spec;
-    spec.widthMm = 105;
-    spec.heightMm = 148;
-    spec.dpi = 200;
-    spec.depth = 8;
-    const auto want = Reference(spec);
+    kxprint::PageSetup setup;
+    setup.widthMm = 105;
+    setup.heightMm = 148;
+    setup.dpi = 200;
+    setup.depth = 8;
+    const auto want = Reference(setup);
     Child child =
         Start({"--size", "A6", "--res", "200", "--depth", "8", "--codec", "lzw", "--area-size",
                "40K", "--slots", "3", "--area", m_area, "--png", "big.png"},

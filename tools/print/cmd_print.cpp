@@ -48,9 +48,9 @@ kxtool::Command cmd{
             ->capture_default_str();
         app.add_option("-r,--res", a->res, "resolution, e.g. 720, 600dpi, 28.346dpcm")
             ->capture_default_str();
-        app.add_option("-a,--angle", a->o.spec.angleDeg, "turn of the page content in degrees")
+        app.add_option("-a,--angle", a->o.setup.angleDeg, "turn of the page content in degrees")
             ->capture_default_str();
-        app.add_option("-d,--depth", a->o.spec.depth, "bits per pixel: 1, 2, 4, 8 or 24")
+        app.add_option("-d,--depth", a->o.setup.depth, "bits per pixel: 1, 2, 4, 8 or 24")
             ->capture_default_str()
             ->check(CLI::IsMember({1, 2, 4, 8, 24}));
         app.add_option("-c,--codec", a->codec,
@@ -84,12 +84,12 @@ kxtool::Command cmd{
             kxprint::PrintOptions& o = a->o;
             if (!a->printer.empty()) return kxprint::RunPrinter(a->printer, o.png, o.tiff, o.stall);
             std::string error;
-            if (!kxprint::ParsePageSize(o.sizeText, o.spec, error)) return Usage(error);
+            if (!kxprint::ParsePageSize(o.sizeText, o.setup, error)) return Usage(error);
             double r = 0;
             AResUnit ru = RES_DPI;
             if (!kxtool::ParseResolution(a->res, r, ru, error)) return Usage(error);
-            o.spec.dpi = ToDPI(r, ru);
-            if (!std::isfinite(o.spec.angleDeg)) return Usage("the angle must be a number");
+            o.setup.dpi = ToDPI(r, ru);
+            if (!std::isfinite(o.setup.angleDeg)) return Usage("the angle must be a number");
             kxprint::ParseCodec(a->codec, o.codec);
             o.areaBytes = ParseBytes(a->areaSize);
             if (o.areaBytes == 0)

@@ -81,7 +81,7 @@ std::vector<POINT> SortByRow(const CArray<POINT>& pts) {
 
 }  // namespace
 
-bool ParsePageSize(const std::string& text, PageSpec& spec, std::string& error) {
+bool ParsePageSize(const std::string& text, PageSetup& setup, std::string& error) {
     static const std::map<std::string, std::pair<double, double>> named = {
         {"a0", {841, 1189}}, {"a1", {594, 841}},         {"a2", {420, 594}},
         {"a3", {297, 420}},  {"a4", {210, 297}},         {"a5", {148, 210}},
@@ -89,8 +89,8 @@ bool ParsePageSize(const std::string& text, PageSpec& spec, std::string& error) 
     };
     const std::string key = Lower(text);
     if (const auto it = named.find(key); it != named.end()) {
-        spec.widthMm = it->second.first;
-        spec.heightMm = it->second.second;
+        setup.widthMm = it->second.first;
+        setup.heightMm = it->second.second;
         return true;
     }
     error = "unknown page size \"" + text +
@@ -116,8 +116,8 @@ bool ParsePageSize(const std::string& text, PageSpec& spec, std::string& error) 
         error = "page sides must be positive";
         return false;
     }
-    spec.widthMm = w * scale;
-    spec.heightMm = h * scale;
+    setup.widthMm = w * scale;
+    setup.heightMm = h * scale;
     error.clear();
     return true;
 }
@@ -172,13 +172,13 @@ std::vector<Page::ShapeInfo> Page::Shapes(double widthMm, double heightMm) {
     return out;
 }
 
-Page::Page(const PageSpec& spec) : m_depth(spec.depth) {
-    if (!ValidDepth(spec.depth)) {
+Page::Page(const PageSetup& setup) : m_depth(setup.depth) {
+    if (!ValidDepth(setup.depth)) {
         m_error = "depth must be 1, 2, 4, 8 or 24";
         return;
     }
-    const int w = ToNPIXEL(spec.widthMm, spec.dpi, RES_DPI, SIZE_MM);
-    const int h = ToNPIXEL(spec.heightMm, spec.dpi, RES_DPI, SIZE_MM);
+    const int w = ToNPIXEL(setup.widthMm, setup.dpi, RES_DPI, SIZE_MM);
+    const int h = ToNPIXEL(setup.heightMm, setup.dpi, RES_DPI, SIZE_MM);
     // The LZW codec cannot code every row of 5 bytes or fewer, and a page of more than
     // 1 << 20 pixels a side is beyond any printer this drives.
     if (w < 48 || h < 1 || w > (1 << 20) || h > (1 << 20)) {
@@ -188,15 +188,15 @@ Page::Page(const PageSpec& spec) : m_depth(spec.depth) {
     }
     m_width = static_cast<std::uint32_t>(w);
     m_height = static_cast<std::uint32_t>(h);
-    const double scale = ToDPMM(spec.dpi, RES_DPI) / kUnitsPerMm;
+    const double scale = ToDPMM(setup.dpi, RES_DPI) / kUnitsPerMm;
     m_transform.Scaling(scale, scale, 0, 0);
-    if (spec.angleDeg != 0) m_transform.Rotate(spec.angleDeg * kPi / 180, w / 2.0, h / 2.0);
+    if (setup.angleDeg != 0) m_transform.Rotate(setup.angleDeg * kPi / 180, w / 2.0, h / 2.0);
 
     const std::uint8_t white[3] = {255, 255, 255};
     PixelValue(white, m_depth, m_paper);
     // A 24-bit row starts as a copy of this one: far faster than painting triples.
     if (m_depth == 24) m_paperRow.assign(std::size_t{m_width} * 3, 255);
-    for (const ShapeInfo& s : Shapes(spec.widthMm, spec.heightMm)) {
+    for (const ShapeInfo& s : Shapes(setup.widthMm, setup.heightMm)) {
         Painted p;
         ATransform t = s.local * m_transform;
         CArray<POINT> pts;

@@ -17,7 +17,7 @@
 namespace kxprint {
 
 /// What the user asks for: page size in millimetres, resolution, turn and pixel depth.
-struct PageSpec {
+struct PageSetup {
     double widthMm = 210.0;
     double heightMm = 297.0;
     double dpi = 720.0;
@@ -25,9 +25,9 @@ struct PageSpec {
     int depth = 1;          ///< 1, 2, 4, 8 or 24 bits per pixel
 };
 
-/// Reads "A4", "letter", "210x297" or "210x297mm" (also cm and in) into the spec's size.
+/// Reads "A4", "letter", "210x297" or "210x297mm" (also cm and in) into the setup's size.
 /// Returns false with a message in `error` for anything else.
-bool ParsePageSize(const std::string& text, PageSpec& spec, std::string& error);
+bool ParsePageSize(const std::string& text, PageSetup& setup, std::string& error);
 
 /// Bytes per pixel of the one-byte-per-sample ("expanded") rows: 3 for 24-bit, else 1.
 inline int ExpandedBytesPerPixel(int depth) {
@@ -45,8 +45,8 @@ inline bool ValidDepth(int depth) {
 
 class Page {
 public:
-    /// Builds the shapes' spans for the spec. Check Ok() (and Error()) afterwards.
-    explicit Page(const PageSpec& spec);
+    /// Builds the shapes' spans for the setup. Check Ok() (and Error()) afterwards.
+    explicit Page(const PageSetup& setup);
 
     bool Ok() const { return m_error.empty(); }
     const std::string& Error() const { return m_error; }

@@ -232,7 +232,7 @@ int Job::Publish(const BandHeader& header) {
 int Job::Run() {
     const auto wall0 = Clock::now();
     const auto build0 = Clock::now();
-    Page page(m_o.spec);
+    Page page(m_o.setup);
     if (!page.Ok()) return Fail(page.Error(), 2);
     LineEncoder encoder(page.Width(), page.Depth(), m_o.codec);
     m_sum.rasteriseNs += Ns(build0, Clock::now());
@@ -252,7 +252,7 @@ int Job::Run() {
         h.height = page.Height();
         h.depth = static_cast<std::uint32_t>(page.Depth());
         h.codec = static_cast<std::uint32_t>(m_o.codec);
-        h.dpiMilli = static_cast<std::uint32_t>(m_o.spec.dpi * 1000 + 0.5);
+        h.dpiMilli = static_cast<std::uint32_t>(m_o.setup.dpi * 1000 + 0.5);
         std::uint32_t at = sizeof h;  // write position in m_band
         for (std::uint32_t y = 0; y < page.Height(); ++y) {
             if (g_stop) return Fail("interrupted", 130);
@@ -317,7 +317,7 @@ int Job::Run() {
     char page_text[160];
     std::snprintf(page_text, sizeof page_text,
                   "%s (%.1f x %.1f mm) at %.6g dpi, turned %.6g degrees", m_o.sizeText.c_str(),
-                  m_o.spec.widthMm, m_o.spec.heightMm, m_o.spec.dpi, m_o.spec.angleDeg);
+                  m_o.setup.widthMm, m_o.setup.heightMm, m_o.setup.dpi, m_o.setup.angleDeg);
     m_sum.page = page_text;
     m_sum.width = page.Width();
     m_sum.height = page.Height();

@@ -15,7 +15,7 @@ constexpr int kTokenFd = 3;  ///< tokens from the producer (read end)
 constexpr int kAckFd = 4;    ///< acknowledgements to the producer (write end)
 
 struct PrintOptions {
-    PageSpec spec;
+    PageSetup setup;
     std::string sizeText = "A4";
     Codec codec = Codec::Pack;
     std::uint32_t pages = 1;
