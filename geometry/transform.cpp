@@ -46,8 +46,7 @@ void MapPortable(const AffineMap& m, POINTD* p, int n) {
 // multiplied by (m11, m12), y likewise by (m21, m22); the two products are added and then the
 // offsets, as in the portable loop.
 
-KXBASE_TARGET_AVX2 inline __m256d Map4(__m256d q, __m256d fx, __m256d fy,
-                                                    __m256d off) {
+KXBASE_TARGET_AVX2 inline __m256d Map4(__m256d q, __m256d fx, __m256d fy, __m256d off) {
     const __m256d xs = _mm256_unpacklo_pd(q, q), ys = _mm256_unpackhi_pd(q, q);
     return _mm256_add_pd(_mm256_add_pd(_mm256_mul_pd(xs, fx), _mm256_mul_pd(ys, fy)), off);
 }
@@ -79,21 +78,19 @@ KXBASE_TARGET_AVX2 void MapAvx2(const AffineMap& m, POINTD* p, int n) {
     MapPortable(m, p + i / 2, n - static_cast<int>(i / 2));
 }
 
-KXBASE_TARGET_AVX512 inline __m512d Map4(
-    __m512d q, __m512d fx, __m512d fy, __m512d off) {
-    const __m512d xs = _mm512_mask_unpacklo_pd(q, 0xFF, q, q), ys = _mm512_mask_unpackhi_pd(q, 0xFF, q, q);
+KXBASE_TARGET_AVX512 inline __m512d Map4(__m512d q, __m512d fx, __m512d fy, __m512d off) {
+    const __m512d xs = _mm512_mask_unpacklo_pd(q, 0xFF, q, q),
+                  ys = _mm512_mask_unpackhi_pd(q, 0xFF, q, q);
     return _mm512_add_pd(_mm512_add_pd(_mm512_mul_pd(xs, fx), _mm512_mul_pd(ys, fy)), off);
 }
 
-KXBASE_TARGET_AVX512 void MapAvx512(const AffineMap& m,
-                                                                              POINTD* p, int n) {
+KXBASE_TARGET_AVX512 void MapAvx512(const AffineMap& m, POINTD* p, int n) {
     double* v = &p[0].x;
     const std::size_t count = 2 * static_cast<std::size_t>(n);  // doubles
     std::size_t i = 0;
     const __m512d off = _mm512_setr_pd(m.dx, m.dy, m.dx, m.dy, m.dx, m.dy, m.dx, m.dy);
     if (m.axisAligned) {
-        const __m512d s =
-            _mm512_setr_pd(m.m11, m.m22, m.m11, m.m22, m.m11, m.m22, m.m11, m.m22);
+        const __m512d s = _mm512_setr_pd(m.m11, m.m22, m.m11, m.m22, m.m11, m.m22, m.m11, m.m22);
         for (; i + 16 <= count; i += 16) {
             const __m512d a = _mm512_loadu_pd(v + i), b = _mm512_loadu_pd(v + i + 8);
             _mm512_storeu_pd(v + i, _mm512_add_pd(_mm512_mul_pd(a, s), off));
@@ -106,10 +103,8 @@ KXBASE_TARGET_AVX512 void MapAvx512(const AffineMap& m,
             i += count - i < 8 ? count - i : 8;
         }
     } else {
-        const __m512d fx =
-            _mm512_setr_pd(m.m11, m.m12, m.m11, m.m12, m.m11, m.m12, m.m11, m.m12);
-        const __m512d fy =
-            _mm512_setr_pd(m.m21, m.m22, m.m21, m.m22, m.m21, m.m22, m.m21, m.m22);
+        const __m512d fx = _mm512_setr_pd(m.m11, m.m12, m.m11, m.m12, m.m11, m.m12, m.m11, m.m12);
+        const __m512d fy = _mm512_setr_pd(m.m21, m.m22, m.m21, m.m22, m.m21, m.m22, m.m21, m.m22);
         for (; i + 16 <= count; i += 16) {
             const __m512d a = _mm512_loadu_pd(v + i), b = _mm512_loadu_pd(v + i + 8);
             _mm512_storeu_pd(v + i, Map4(a, fx, fy, off));

@@ -61,8 +61,8 @@ TEST(ZelFloatPrecision, EqualsParsedTextAtEdges) {
                                 const double back = std::strtod(text.GetString(), nullptr);
                                 const double got = ZelFloatPrecision(v, d, r);
                                 ASSERT_EQ(std::signbit(got), std::signbit(back)) << v << " " << d;
-                                ASSERT_EQ(got, back) << v << " d=" << d << " r=" << r << " "
-                                                     << text.GetString();
+                                ASSERT_EQ(got, back)
+                                    << v << " d=" << d << " r=" << r << " " << text.GetString();
                             }
                 }
 }
