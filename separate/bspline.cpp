@@ -88,16 +88,15 @@ int Convert(const P* in, int n, P* out, int& outCount, int mode) {
 
     if constexpr (std::is_same_v<P, POINTD>) {
         kxbase::detail::BSplineSpansD(in, n, out, kxbase::detail::HostSimdLevel());
-        outCount = 4 * (n - 1);
-        return 1;
-    }
-    const std::size_t bytes = std::size_t{4} * static_cast<std::size_t>(n - 1) * sizeof(P);
-    if (kxbase::detail::kCanStream && bytes >= kStreamBytes &&
-        reinterpret_cast<std::uintptr_t>(out) % 16 == 0) {
-        SplineSpans<typename Sinks::template type<true>>(in, n, out);
-        kxbase::detail::StreamFence();
     } else {
-        SplineSpans<typename Sinks::template type<false>>(in, n, out);
+        const std::size_t bytes = std::size_t{4} * static_cast<std::size_t>(n - 1) * sizeof(P);
+        if (kxbase::detail::kCanStream && bytes >= kStreamBytes &&
+            reinterpret_cast<std::uintptr_t>(out) % 16 == 0) {
+            SplineSpans<typename Sinks::template type<true>>(in, n, out);
+            kxbase::detail::StreamFence();
+        } else {
+            SplineSpans<typename Sinks::template type<false>>(in, n, out);
+        }
     }
     outCount = 4 * (n - 1);
     return 1;
