@@ -13,6 +13,7 @@
 // in a 2-bit palette image: white background, grey runs, black outline pixels that lie on a
 // run, red outline pixels that lie outside every run.
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
@@ -27,6 +28,7 @@
 #include <kxbase/geometry/transform.h>
 
 #include "command.h"
+#include "out_file.h"
 
 namespace {
 
@@ -65,17 +67,22 @@ struct Canvas {
 
 // Writes the canvas, each pixel as a scale x scale block.
 bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
-    FILE* f = std::fopen(path.c_str(), "wb");
-    if (!f) {
-        std::fprintf(stderr, "ellipse: cannot write %s\n", path.c_str());
+    kxtool::OutFile out;
+    std::string error;
+    if (!out.Open(path, error)) {
+        std::fprintf(stderr, "ellipse: %s\n", error.c_str());
         return false;
     }
+    FILE* f = out.File();
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (!png || !info || setjmp(png_jmpbuf(png))) {
+        const int err = errno;
         png_destroy_write_struct(&png, &info);
-        std::fclose(f);
-        std::fprintf(stderr, "ellipse: PNG encoding failed\n");
+        if (std::ferror(f))
+            std::fprintf(stderr, "ellipse: %s\n", kxtool::WriteError(path, err).c_str());
+        else
+            std::fprintf(stderr, "ellipse: PNG encoding failed\n");
         return false;
     }
     png_init_io(png, f);
@@ -101,7 +108,9 @@ bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
     }
     png_write_end(png, nullptr);
     png_destroy_write_struct(&png, &info);
-    return std::fclose(f) == 0;
+    if (out.Commit(error)) return true;
+    std::fprintf(stderr, "ellipse: %s\n", error.c_str());
+    return false;
 }
 
 struct Options {

@@ -48,6 +48,32 @@ const Handler* find_handler(const std::string& fn);
 /// Every bound operation name, sorted (--list).
 std::vector<std::string> handler_names();
 
+// ---- library-call window (alloc_sweep.cpp) ----------------------------------------------
+/// Marks where a handler runs library code. The allocation-failure sweep fails allocations
+/// only inside such a window, so an injected failure never lands in the harness's own JSON
+/// work. Outside the sweep build it only counts nesting.
+inline int library_depth = 0;
+struct LibraryCall {
+    LibraryCall() { ++library_depth; }
+    ~LibraryCall() { --library_depth; }
+    LibraryCall(const LibraryCall&) = delete;
+    LibraryCall& operator=(const LibraryCall&) = delete;
+};
+/// The opposite, inside a bound lambda: the harness's own preparation or checking around a
+/// library call, which the sweep must not fail. A LibraryCall inside it counts again.
+struct Harness {
+    int saved = library_depth;
+    Harness() { library_depth = 0; }
+    ~Harness() { library_depth = saved; }
+    Harness(const Harness&) = delete;
+    Harness& operator=(const Harness&) = delete;
+};
+template <class F>
+decltype(auto) harness(F f) {
+    Harness h;
+    return f();
+}
+
 // ---- scalar readers and writers (json_args.cpp) ------------------------------------------
 /// A double: a JSON number or one of "nan", "inf", "-inf".
 double num(const json& v);
@@ -267,10 +293,16 @@ Handler call_as(const char* result, F f, A... params) {
         std::apply(
             [&](auto&... s) {
                 using R = decltype(std::invoke(f, s.ref()...));
-                if constexpr (std::is_void_v<R>)
+                if constexpr (std::is_void_v<R>) {
+                    LibraryCall lib;
                     std::invoke(f, s.ref()...);
-                else
-                    o[result] = Codec<std::decay_t<R>>::put(std::invoke(f, s.ref()...));
+                } else {
+                    std::decay_t<R> r = [&] {
+                        LibraryCall lib;
+                        return std::invoke(f, s.ref()...);
+                    }();
+                    o[result] = Codec<std::decay_t<R>>::put(r);
+                }
                 (s.report(o), ...);
             },
             slots);

@@ -19,6 +19,9 @@
 #include <vector>
 
 #include "conformance.h"
+#ifdef KXBASE_ALLOC_SWEEP
+#include "alloc_sweep.h"
+#endif
 
 namespace fs = std::filesystem;
 using conf::json;
@@ -123,6 +126,9 @@ int main(int argc, char** argv) {
         std::sort(files.begin(), files.end());
     }
     const Disputed disputed = LoadDisputed(disputed_file);
+#ifdef KXBASE_ALLOC_SWEEP
+    conf::sweep::load_propagates(KXBASE_PROPAGATES_FILE);
+#endif
 
     std::map<std::string, Tally> tallies;
     std::set<std::string> seen;
@@ -153,6 +159,15 @@ int main(int argc, char** argv) {
                     t.notes.push_back("  #" + std::to_string(i) + " unsupported: " + e.what());
                 continue;
             }
+#ifdef KXBASE_ALLOC_SWEEP
+            if (std::string s; problem.empty() && !(s = conf::sweep::vector(v, got)).empty()) {
+                ++t.failed;
+                if (t.notes.size() < show)
+                    t.notes.push_back("  #" + std::to_string(i) + " " +
+                                      v.at("fn").get<std::string>() + ": " + s);
+                continue;
+            }
+#endif
             const json* tol = v.contains("tol") ? &v["tol"] : nullptr;
             const bool ok =
                 problem.empty() &&
@@ -189,5 +204,8 @@ int main(int argc, char** argv) {
         for (const auto& n : t.notes) std::cout << n << "\n";
         bad = bad || t.failed || t.unsupported;
     }
+#ifdef KXBASE_ALLOC_SWEEP
+    if (!conf::sweep::report()) bad = true;
+#endif
     return bad ? 1 : 0;
 }

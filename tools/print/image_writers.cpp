@@ -1,11 +1,15 @@
 #include "image_writers.h"
 
+#include <cerrno>
 #include <csetjmp>
 #include <cstdio>
 #include <vector>
 
 #include <png.h>
 #include <tiffio.h>
+#include <unistd.h>
+
+#include "../out_file.h"
 
 namespace kxprint {
 
@@ -23,6 +27,7 @@ std::string PagePath(const std::string& path, std::uint32_t page, std::uint32_t 
 // ---- PNG ------------------------------------------------------------------------------------
 
 struct PngPageWriter::State {
+    kxtool::OutFile out;  // the page appears under its name only once it is complete
     std::FILE* file = nullptr;
     png_structp png = nullptr;
     png_infop info = nullptr;
@@ -38,8 +43,13 @@ struct PngPageWriter::State {
         if (png) png_destroy_write_struct(&png, info ? &info : nullptr);
         png = nullptr;
         info = nullptr;
-        if (file) std::fclose(file);
+        out.Discard();
         file = nullptr;
+    }
+    // The reason of a failed libpng call: the file's write error when there is one.
+    std::string Why(int err) const {
+        return file && std::ferror(file) ? kxtool::WriteError(out.Target(), err)
+                                         : "PNG " + out.Target() + ": " + message;
     }
 };
 
@@ -51,11 +61,8 @@ PngPageWriter::~PngPageWriter() {
 bool PngPageWriter::Begin(const std::string& path, const PageFormat& f, std::string& error) {
     State& s = *m_state;
     s.Reset();
-    s.file = std::fopen(path.c_str(), "wb");
-    if (!s.file) {
-        error = "cannot write " + path;
-        return false;
-    }
+    if (!s.out.Open(path, error)) return false;
+    s.file = s.out.File();
     s.png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &s, State::OnError, State::OnWarning);
     s.info = s.png ? png_create_info_struct(s.png) : nullptr;
     if (!s.info) {
@@ -64,7 +71,7 @@ bool PngPageWriter::Begin(const std::string& path, const PageFormat& f, std::str
         return false;
     }
     if (setjmp(png_jmpbuf(s.png))) {
-        error = "PNG " + path + ": " + s.message;
+        error = s.Why(errno);
         s.Reset();
         return false;
     }
@@ -91,7 +98,7 @@ bool PngPageWriter::Row(const std::uint8_t* packed, std::string& error) {
         return false;
     }
     if (setjmp(png_jmpbuf(s.png))) {
-        error = "PNG: " + s.message;
+        error = s.Why(errno);
         s.Reset();
         return false;
     }
@@ -106,21 +113,20 @@ bool PngPageWriter::End(std::string& error) {
         return false;
     }
     if (setjmp(png_jmpbuf(s.png))) {
-        error = "PNG: " + s.message;
+        error = s.Why(errno);
         s.Reset();
         return false;
     }
     png_write_end(s.png, nullptr);
     png_destroy_write_struct(&s.png, &s.info);
-    const bool ok = std::fclose(s.file) == 0;
     s.file = nullptr;
-    if (!ok) error = "PNG: the file could not be completed";
-    return ok;
+    return s.out.Commit(error);
 }
 
 // ---- TIFF -----------------------------------------------------------------------------------
 
 struct TiffJobWriter::State {
+    kxtool::OutFile out;  // the job's file appears under its name only once Close() succeeds
     TIFF* tif = nullptr;
     std::string path;
 };
@@ -129,6 +135,15 @@ TiffJobWriter::TiffJobWriter() : m_state(std::make_unique<State>()) {}
 TiffJobWriter::~TiffJobWriter() {
     if (m_state->tif) TIFFClose(m_state->tif);
 }
+
+namespace {
+// libtiff reports a failed write without its reason; errno still holds it.
+std::string TiffWhy(const std::string& path, const std::string& what, int err) {
+    return err == ENOSPC || err == EFBIG || err == EDQUOT || err == EIO
+               ? kxtool::WriteError(path, err)
+               : "TIFF " + path + ": " + what;
+}
+}  // namespace
 
 namespace {
 // libtiff prints its complaints to stderr by default; the printer reports its own.
@@ -140,9 +155,14 @@ bool TiffJobWriter::BeginPage(const std::string& path, const PageFormat& f, std:
     if (!s.tif) {
         TIFFSetWarningHandler(Quiet);
         TIFFSetErrorHandler(Quiet);
-        s.tif = TIFFOpen(path.c_str(), "w");
         s.path = path;
+        if (!s.out.Open(path, error)) return false;
+        // libtiff closes the descriptor it is given; the file object keeps its own.
+        const int fd = dup(fileno(s.out.File()));
+        s.tif = fd >= 0 ? TIFFFdOpen(fd, path.c_str(), "w") : nullptr;
         if (!s.tif) {
+            if (fd >= 0) close(fd);
+            s.out.Discard();
             error = "cannot write " + path;
             return false;
         }
@@ -171,8 +191,9 @@ bool TiffJobWriter::BeginPage(const std::string& path, const PageFormat& f, std:
 bool TiffJobWriter::Row(std::uint32_t row, const std::uint8_t* lzw, std::uint32_t length,
                         std::string& error) {
     State& s = *m_state;
+    errno = 0;
     if (!s.tif || TIFFWriteRawStrip(s.tif, row, const_cast<std::uint8_t*>(lzw), length) < 0) {
-        error = "TIFF " + s.path + ": cannot write strip " + std::to_string(row);
+        error = TiffWhy(s.path, "cannot write strip " + std::to_string(row), errno);
         return false;
     }
     return true;
@@ -180,8 +201,9 @@ bool TiffJobWriter::Row(std::uint32_t row, const std::uint8_t* lzw, std::uint32_
 
 bool TiffJobWriter::EndPage(std::string& error) {
     State& s = *m_state;
+    errno = 0;
     if (!s.tif || !TIFFWriteDirectory(s.tif)) {
-        error = "TIFF " + s.path + ": cannot write the page directory";
+        error = TiffWhy(s.path, "cannot write the page directory", errno);
         return false;
     }
     return true;
@@ -190,10 +212,17 @@ bool TiffJobWriter::EndPage(std::string& error) {
 bool TiffJobWriter::Close(std::string& error) {
     State& s = *m_state;
     if (!s.tif) return true;
+    errno = 0;
+    const bool flushed = TIFFFlush(s.tif) == 1;
+    const int err = errno;
     TIFFClose(s.tif);
     s.tif = nullptr;
-    (void)error;
-    return true;
+    if (!flushed) {
+        error = TiffWhy(s.path, "cannot complete the file", err);
+        s.out.Discard();
+        return false;
+    }
+    return s.out.Commit(error);
 }
 
 }  // namespace kxprint

@@ -34,8 +34,10 @@ json Stage(const json& a, F fn) {
     std::vector<Out> dst(std::size_t(cap) + 1);
     const bool dstNull = a.contains(outKey) && a[outKey].is_null();
     ULONG len = kUntouched;
-    const int r =
-        fn(in.is_null() ? nullptr : src.data(), n, dstNull ? nullptr : dst.data(), cap, len);
+    const int r = [&] {
+        conf::LibraryCall lib;
+        return fn(in.is_null() ? nullptr : src.data(), n, dstNull ? nullptr : dst.data(), cap, len);
+    }();
     json o{{"value", r},
            {codesOut ? "codeCount" : "dstLen", len == kUntouched ? json() : json(len)}};
     if (len == kUntouched) return o;
@@ -61,7 +63,10 @@ std::string Text(const json& v) {
 json Decode(const json& a) {
     const auto text = Text(a.at("text"));
     const std::size_t size = 3 * std::strlen(text.c_str()) / 4 + 1;
-    char* r = ACompress::Base64_Decode(text.c_str());
+    char* r = [&] {
+        conf::LibraryCall lib;
+        return ACompress::Base64_Decode(text.c_str());
+    }();
     if (!r) return json{{"bytes", json()}};
     const auto* p = reinterpret_cast<const std::uint8_t*>(r);
     json out{{"bytes", conf::hex(p, size)}};
@@ -113,9 +118,11 @@ const conf::Register reg{
     {"ACompress::Pack_Value",
      conf::call(
          [](BYTE v, ULONG n, int depth, conf::Hex& dst, ULONG& len) {
-             dst.assign(Probe::kPackValueMaxBytes + 1, 0);
+             conf::harness([&] { dst.assign(Probe::kPackValueMaxBytes + 1, 0); });
              const int r = Probe::Pack_Value(v, n, depth, dst.data(), len);
-             dst.resize(len == kUntouched ? 0 : std::min<std::size_t>(len, dst.size()));
+             conf::harness([&] {
+                 dst.resize(len == kUntouched ? 0 : std::min<std::size_t>(len, dst.size()));
+             });
              return r;
          },
          conf::in<BYTE>("value"), conf::in<ULONG>("count"), conf::in<int>("depth"),
@@ -123,14 +130,18 @@ const conf::Register reg{
     {"ACompress::IsStrInList",
      conf::call(
          [](WORD p, BYTE c, const json& nodes, WORD first, WORD* code, WORD* last) {
-             return Probe::IsStrInList(p, c, Nodes(nodes).data(), first, code, last);
+             const auto table = conf::harness([&] { return Nodes(nodes); });
+             return Probe::IsStrInList(p, c, table.data(), first, code, last);
          },
          conf::in<WORD>("prefix"), conf::in<BYTE>("ch"), conf::in<json>("nodes"),
          conf::in<WORD>("first"), conf::kept<WORD>("code", 0xBEEF).ptr(),
          conf::kept<WORD>("last", 0xBEEF).ptr())},
     {"ACompress::Init",
      [](const json&) {
-         const int r = Probe::Init();
+         const int r = [] {
+             conf::LibraryCall lib;
+             return Probe::Init();
+         }();
          std::vector<BYTE> rows;
          for (const BYTE* p : Probe::m_pRowTable) rows.insert(rows.end(), p, p + 7);
          return json{{"value", r},
@@ -141,7 +152,10 @@ const conf::Register reg{
     {"ACompress::Base64_Encode",
      [](const json& a) {
          const auto text = Text(a.at("text"));
-         char* r = ACompress::Base64_Encode(a.at("text").is_null() ? nullptr : text.c_str());
+         char* r = [&] {
+             conf::LibraryCall lib;
+             return ACompress::Base64_Encode(a.at("text").is_null() ? nullptr : text.c_str());
+         }();
          json out{{"value", r ? json(std::string(r)) : json()}};
          ACompress::Base64_Free(&r);
          return out;
@@ -151,8 +165,13 @@ const conf::Register reg{
     {"ACompress::Base64_Free",
      [](const json& a) {
          const json& what = a.at("result");
-         char* r = what == "allocated" ? ACompress::Base64_Encode("kxbase") : nullptr;
-         ACompress::Base64_Free(what == "null-pointer" ? nullptr : &r);
+         const bool allocated = what == "allocated", nullPointer = what == "null-pointer";
+         char* r = nullptr;
+         {
+             conf::LibraryCall lib;
+             r = allocated ? ACompress::Base64_Encode("kxbase") : nullptr;
+             ACompress::Base64_Free(nullPointer ? nullptr : &r);
+         }
          return json{{"result", r ? json("<not null>") : json()}, {"value", json()}};
      }},
 };

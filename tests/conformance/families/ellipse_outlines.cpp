@@ -26,7 +26,7 @@ conf::Handler Line(int (*fn)(const R&, A, RSRLINE&), H how) {
         [fn](Pts& s, CArray<int>& c, RECT& b, const R& r, const std::decay_t<A>& a) {
             RSRLINE line;
             const int first = fn(r, a, line);
-            s = line.spans, c = line.counts, b = line.rcBound;
+            conf::harness([&] { s = line.spans, c = line.counts, b = line.rcBound; });
             return first;
         },
         out<Pts>("spans"), out<CArray<int>>("counts"), out<RECT>("rcBound"), in<R>("rc"), how);

@@ -72,8 +72,10 @@ const conf::Register reg{
     {"RECTD::GetBorderRect",
      call(
          [](RECTD& r, const json& pts) {
-             const auto p =
-                 pts.is_null() ? std::vector<POINTD>{} : conf::Codec<std::vector<POINTD>>::get(pts);
+             const auto p = conf::harness([&] {
+                 return pts.is_null() ? std::vector<POINTD>{}
+                                      : conf::Codec<std::vector<POINTD>>::get(pts);
+             });
              r.GetBorderRect(p.empty() ? nullptr : p.data(), static_cast<LONG>(p.size()));
          },
          conf::out("rc", kStale), in<json>("points"))},

@@ -40,14 +40,17 @@ const conf::Register reg{
          const int n = conf::i32(a.at("n"));
          if (n > 0 && static_cast<std::size_t>(n) * static_cast<std::size_t>(n) > m.size())
              throw std::runtime_error("n exceeds the matrix");
-         const int r = TransMatrix::InverseMatrix(m.data(), n);
+         const int r = [&] {
+             conf::LibraryCall lib;
+             return TransMatrix::InverseMatrix(m.data(), n);
+         }();
          // On failure the matrix is left partly transformed; the vectors do not look at it.
          return r ? json{{"value", r}, {"a", conf::put(m)}} : json{{"value", r}};
      }},
     {"TransMatrix::InverseMatrix(double*,const double*,int)",
      call(
          [](Nine& dst, const Nine& src, int n) {
-             dst.resize(src.size());
+             conf::harness([&] { dst.resize(src.size()); });
              if (n > 0 && static_cast<std::size_t>(n) * static_cast<std::size_t>(n) > src.size())
                  throw std::runtime_error("n exceeds the matrix");
              return TransMatrix::InverseMatrix(dst.data(), src.data(), n);

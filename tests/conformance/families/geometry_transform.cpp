@@ -76,6 +76,7 @@ void Apply(ATransform& t, const json& op) {
     std::vector<double> x;
     for (std::size_t i = 1; i < op.size(); ++i) x.push_back(conf::num(op[i]));
     x.resize(6, 0.0);
+    conf::LibraryCall lib;
     if (name == "Translation")
         t.Translation(x[0], x[1]);
     else if (name == "Scaling")

@@ -50,6 +50,7 @@ LONG Constant(const void*, const void*) {
 }
 
 void MergeSort(std::vector<std::vector<INT64>>& rows, const std::string& how) {
+    conf::Harness harness;
     LONG (*compare)(const void*, const void*) = nullptr;
     if (how.rfind("always ", 0) == 0)
         compare = Constant, g_answer = std::stoi(how.substr(7));
@@ -61,8 +62,11 @@ void MergeSort(std::vector<std::vector<INT64>>& rows, const std::string& how) {
         throw conf::Unsupported("comparison: " + how);
     std::vector<Record> records, temp(rows.size());
     for (const auto& r : rows) records.push_back({r.at(0), r.at(1)});
-    A::merger_sort(records.data(), static_cast<LONG>(records.size()), sizeof(Record), temp.data(),
-                   compare);
+    {
+        conf::LibraryCall lib;
+        A::merger_sort(records.data(), static_cast<LONG>(records.size()), sizeof(Record),
+                       temp.data(), compare);
+    }
     for (std::size_t i = 0; i < rows.size(); ++i) rows[i] = {records[i].key, records[i].id};
 }
 
@@ -70,8 +74,12 @@ void MergeSort(std::vector<std::vector<INT64>>& rows, const std::string& how) {
 void Memset(Hex& written, const Hex& pattern, INT64 count) {
     const std::size_t n = count > 0 ? static_cast<std::size_t>(count) * pattern.size() : 0,
                       guard = 64;
+    conf::Harness harness;
     written.assign(n + guard, 0xEE);
-    A::myMemset(written.data(), pattern.data(), pattern.size(), count);
+    {
+        conf::LibraryCall lib;
+        A::myMemset(written.data(), pattern.data(), pattern.size(), count);
+    }
     for (std::size_t i = n; i < written.size(); ++i)
         if (written[i] != 0xEE) throw std::runtime_error("wrote past count copies");
     written.resize(n);

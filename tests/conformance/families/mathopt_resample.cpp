@@ -22,18 +22,18 @@ void Trim(List& v) {
 conf::Handler Line(void (*fn)(UINT, UINT, UINT*), const char* key) {
     return call(
         [fn](UINT src, UINT dst, List& out) {
-            out.assign(static_cast<std::size_t>(src) + 1, kGuard);
+            conf::harness([&] { out.assign(static_cast<std::size_t>(src) + 1, kGuard); });
             fn(src, dst, out.data());
-            Trim(out);
+            conf::harness([&] { Trim(out); });
         },
         in<UINT>("src"), in<UINT>("dst"), conf::out<List>(key));
 }
 conf::Handler Segment(void (*fn)(UINT, UINT, UINT, UINT, UINT*), const char* key) {
     return call(
         [fn](UINT src, UINT dst, UINT first, UINT last, List& out) {
-            out.assign(last > first ? last - first + 1 : 1, kGuard);
+            conf::harness([&] { out.assign(last > first ? last - first + 1 : 1, kGuard); });
             fn(src, dst, first, last, out.data());
-            Trim(out);
+            conf::harness([&] { Trim(out); });
         },
         in<UINT>("src"), in<UINT>("dst"), in<UINT>("first"), in<UINT>("last"),
         conf::out<List>(key));

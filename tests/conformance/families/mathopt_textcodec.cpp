@@ -59,15 +59,19 @@ template <std::size_t N>
 conf::Handler AddressTo(bool (*fn)(CString&, const BYTE*), const char* key) {
     return call(
         [fn](CString& text, Bytes& b) {
-            b.resize(std::max(b.size(), N));
+            conf::harness([&] { b.resize(std::max(b.size(), N)); });
             return fn(text, b.data());
         },
         out("text", CString("junk")), in<Bytes>(key));
 }
 template <std::size_t N>
 conf::Handler Valid(bool (*fn)(const BYTE*), const char* key) {
-    return call([fn](Bytes& b) { return b.resize(std::max(b.size(), N)), fn(b.data()); },
-                in<Bytes>(key));
+    return call(
+        [fn](Bytes& b) {
+            conf::harness([&] { b.resize(std::max(b.size(), N)); });
+            return fn(b.data());
+        },
+        in<Bytes>(key));
 }
 conf::Handler Valid(bool (*fn)(const char*)) {
     return call([fn](const std::string& t) { return fn(t.c_str()); }, in<std::string>("text"));
@@ -75,11 +79,15 @@ conf::Handler Valid(bool (*fn)(const char*)) {
 
 // The typed list as text into a buffer of exactly `size` bytes followed by guard bytes.
 int ToBuffer(json& buffer, int size, const json& list, BYTE type, int hex) {
+    conf::Harness harness;
     const std::size_t n = static_cast<std::size_t>(std::max(size, 0));
     constexpr char kFill = '\x7f';
     std::vector<char> b(n + 16, kFill);
-    const int v = A::TransListToString(b.data(), size, RawList(list, type).data(), int(list.size()),
-                                       type, hex);
+    const auto raw = RawList(list, type);
+    const int v = [&] {
+        conf::LibraryCall lib;
+        return A::TransListToString(b.data(), size, raw.data(), int(list.size()), type, hex);
+    }();
     const auto touched = [&](std::size_t from, std::size_t to) {
         return std::any_of(b.begin() + long(from), b.begin() + long(to),
                            [](char c) { return c != kFill; });
@@ -93,8 +101,12 @@ int ToBuffer(json& buffer, int size, const json& list, BYTE type, int hex) {
 }
 
 int FromText(json& list, int max, BYTE type, const std::string& text, int hex) {
+    conf::Harness harness;
     Bytes raw(static_cast<std::size_t>(std::max(max, 0)) * 8 + 8, 0);
-    const int v = A::TransListFromString(raw.data(), max, type, text.c_str(), hex);
+    const int v = [&] {
+        conf::LibraryCall lib;
+        return A::TransListFromString(raw.data(), max, type, text.c_str(), hex);
+    }();
     list = ListJson(raw, v, type);
     return v;
 }
@@ -118,12 +130,13 @@ const conf::Register reg{
     {"AMathOpt::macaddress_IsValid(text)", Valid(A::macaddress_IsValid)},
     {"AMathOpt::ipaddress_IsValid(bytes)", Valid<4>(A::ipaddress_IsValid, "ip")},
     {"AMathOpt::macaddress_IsValid(bytes)", Valid<6>(A::macaddress_IsValid, "mac")},
-    {"AMathOpt::TransListToString", call(
-                                        [](CString& t, const json& l, BYTE ty, int h) {
-                                            return A::TransListToString(t, RawList(l, ty).data(),
-                                                                        int(l.size()), ty, h);
-                                        },
-                                        out("text", CString("junk")), in<json>("list"), type, hex)},
+    {"AMathOpt::TransListToString",
+     call(
+         [](CString& t, const json& l, BYTE ty, int h) {
+             const auto raw = conf::harness([&] { return RawList(l, ty); });
+             return A::TransListToString(t, raw.data(), int(l.size()), ty, h);
+         },
+         out("text", CString("junk")), in<json>("list"), type, hex)},
     {"AMathOpt::TransListToString(buffer)",
      call(ToBuffer, out<json>("buffer"), in<int>("size"), in<json>("list"), type, hex)},
     {"AMathOpt::TransListFromString",
