@@ -1,4 +1,4 @@
-#include <kxbase/widgets/bitmap.h>
+#include <kxbase/base/bitmap.h>
 
 #include <cstring>
 #include <new>

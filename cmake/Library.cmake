@@ -1,40 +1,13 @@
-# The core library: every subsystem folder compiles into one object set, which is
-# linked twice, as libkxBaseCommon.so and as libkxBaseCommon.a.
-set(KXBASE_CORE_SOURCES)
-foreach(dir IN LISTS KXBASE_SUBSYSTEMS)
-    if(dir STREQUAL "widgets")
-        # widgets/ also holds the Qt library's sources; only these four belong to the core.
-        foreach(f int64_parse messages number_format zoom_ratio)
-            list(APPEND KXBASE_CORE_SOURCES ${PROJECT_SOURCE_DIR}/widgets/${f}.cpp)
-        endforeach()
-        file(GLOB _kx_src CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/base/*.cpp)
-    else()
-        file(GLOB _kx_src CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${dir}/*.cpp)
-    endif()
-    list(APPEND KXBASE_CORE_SOURCES ${_kx_src})
-endforeach()
-
-add_library(kxbase_objects OBJECT ${KXBASE_CORE_SOURCES})
-target_include_directories(kxbase_objects
-    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
-           $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
-    PRIVATE ${PROJECT_SOURCE_DIR})
-target_compile_definitions(kxbase_objects PRIVATE KXBASE_BUILDING)
-# GCC marks some inline template statics STB_GNU_UNIQUE, which makes glibc refuse to unload
-# the library on dlclose; without them a host can unload it and the exit steps run then.
-include(CheckCXXCompilerFlag)
-check_cxx_compiler_flag(-fno-gnu-unique KXBASE_HAVE_NO_GNU_UNIQUE)
-if(KXBASE_HAVE_NO_GNU_UNIQUE)
-    target_compile_options(kxbase_objects PRIVATE -fno-gnu-unique)
-endif()
-target_link_libraries(kxbase_objects PRIVATE kxbase_warnings)
-# The library itself also keeps every narrowing conversion explicit.
-target_compile_options(kxbase_objects PRIVATE -Wconversion)
+# The core library: one object library per layer (cmake/Layers.cmake), linked together twice,
+# as libkxBaseCommon.so and as libkxBaseCommon.a.
+include(${CMAKE_CURRENT_LIST_DIR}/Layers.cmake)
 
 find_package(Threads REQUIRED)
 
-add_library(kxbase SHARED $<TARGET_OBJECTS:kxbase_objects>)
-add_library(kxbase_static STATIC $<TARGET_OBJECTS:kxbase_objects>)
+add_library(kxbase SHARED ${KXBASE_LAYER_OBJECTS})
+add_library(kxbase_static STATIC ${KXBASE_LAYER_OBJECTS})
+# A static consumer must not see the import declarations of the shared library.
+target_compile_definitions(kxbase_static PUBLIC KXBASE_STATIC)
 foreach(t kxbase kxbase_static)
     target_include_directories(${t} PUBLIC
         $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>

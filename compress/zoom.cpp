@@ -6,7 +6,7 @@
 #include <vector>
 
 #include <kxbase/compress/compress.h>
-#include <kxbase/mathopt/amathopt.h>
+#include "base/resample_p.h"
 
 namespace {
 
@@ -82,8 +82,8 @@ int ACompress::ResampleLine(const BYTE* src, int depth, int srcCount, BYTE* dst,
         } catch (const std::bad_alloc&) {
             return 0;
         }
-        AMathOpt::ResampleLineMap(static_cast<UINT>(dstCount), static_cast<UINT>(srcCount),
-                                  own.data());
+        kxbase::detail::ResampleLineMap(static_cast<UINT>(dstCount), static_cast<UINT>(srcCount),
+                                        own.data());
         map = own.data();
     }
     size_t ps;

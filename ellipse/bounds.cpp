@@ -198,7 +198,7 @@ namespace {
 bool ExtremeAlongV(double p, double q, double r, double s, double& u, double& v) {
     if (std::fabs(r) < kZero) {
         u = 0.0;
-        v = std::sqrt(Div(s, q));
+        v = std::sqrt(IeeeDiv(s, q));
         return true;
     }
     const double den = 4.0 * p * p * q - r * r * p;

@@ -11,7 +11,7 @@
 #include <kxbase/platform/carray.h>
 #include <kxbase/platform/types.h>
 
-#include "geometry/saturate_p.h"
+#include "base/saturate_p.h"
 
 namespace kxbase::detail::ell {
 
@@ -35,14 +35,8 @@ inline bool NearQuarter(double a) {
     return Near(a, kPi / 2) || Near(a, 3 * kPi / 2);
 }
 
-/// x / m with the IEEE result also for a zero divisor (inf with the sign of the quotient, NaN
-/// for 0/0), without performing a division by zero.
-inline double Div(double x, double m) {
-    if (m != 0.0) return x / m;
-    if (x != x || x == 0.0) return std::numeric_limits<double>::quiet_NaN();
-    return std::signbit(x) != std::signbit(m) ? -std::numeric_limits<double>::infinity()
-                                              : std::numeric_limits<double>::infinity();
-}
+/// x / m with the IEEE result also for a zero divisor, without dividing by zero.
+using kxbase::detail::IeeeDiv;
 
 /// Truncation toward zero into int32, clamped to its range; NaN gives 0.
 using kxbase::detail::TruncI32;
@@ -58,13 +52,6 @@ inline std::int64_t Floor64(double v) {
 }
 inline std::int64_t Ceil64(double v) {
     return -Floor64(-v);
-}
-
-/// Half-away rounding (precision 0.5 with the 1e-10 epsilon), saturated.
-inline std::int32_t RoundHalfAway(double v) {
-    v = v >= 0.0 ? v + 0.5 : v - 0.5;
-    v = v < 0.0 ? v - 1e-10 : v + 1e-10;
-    return TruncI32(v);
 }
 
 /// True when the device interval [lo, hi] lies within the coordinate range and spans at

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include <kxbase/ellipse/ellipse.h>
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 #include "ellipse/ellipse_p.h"
 
@@ -42,12 +42,12 @@ int CEllipse::GetEllipseParam(const RECTD& rc, const ATransform& t, double& a, d
     // Normalise by the smaller squared coefficient. There is no zero test on purpose: a
     // degenerate transform yields infinities or NaN, which every later routine refuses.
     const double m = pc < pa ? pc : pa;
-    a = Div(pa, m);
-    b = Div(pb, m);
-    c = Div(pc, m);
-    d = Div(pd, m);
-    e = Div(pe, m);
-    f = Div(pf, m);
+    a = IeeeDiv(pa, m);
+    b = IeeeDiv(pb, m);
+    c = IeeeDiv(pc, m);
+    d = IeeeDiv(pd, m);
+    e = IeeeDiv(pe, m);
+    f = IeeeDiv(pf, m);
     return 1;
 }
 

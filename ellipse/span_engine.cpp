@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include <kxbase/widgets/messages.h>
+#include <kxbase/base/messages.h>
 #include <kxbase/platform/module.h>
 
 #include "ellipse/ellipse_p.h"

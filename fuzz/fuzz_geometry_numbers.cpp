@@ -10,7 +10,7 @@
 
 #include <kxbase/geometry.h>
 #include <kxbase/units.h>
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include <kxbase/widgets/int64_parse.h>
+#include <kxbase/base/int64_parse.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size) {
     if (size < 1 || size > 256) return 0;

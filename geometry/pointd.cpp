@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "geometry/saturate_p.h"
+#include "base/saturate_p.h"
 
 using kxbase::detail::EpsTrunc32;
 using kxbase::detail::HalfAway32;
@@ -12,7 +12,7 @@ using kxbase::detail::HalfAway32;
 namespace {
 
 bool WithinTolerance(double d) {
-    return d > -kxbase::detail::kEpsilon && d < kxbase::detail::kEpsilon;
+    return d > -kxbase::detail::kTolerance && d < kxbase::detail::kTolerance;
 }
 
 }  // namespace

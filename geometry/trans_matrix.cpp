@@ -7,9 +7,11 @@
 #include <new>
 #include <utility>
 
+#include "base/saturate_p.h"
+
 namespace {
 
-constexpr double kTol = 1e-10;
+constexpr double kTol = kxbase::detail::kTolerance;
 
 bool Within(double d, double t = kTol) {
     return d > -t && d < t;

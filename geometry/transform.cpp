@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/saturate_p.h"
 #include "geometry/point_map_p.h"
-#include "geometry/saturate_p.h"
 
 #if KXBASE_X86_DISPATCH
 #include <immintrin.h>
@@ -140,7 +140,7 @@ void MapPointsD(const AffineMap& m, POINTD* p, int n, SimdLevel level) {
 
 namespace {
 
-constexpr double kTol = 1e-10;
+constexpr double kTol = kxbase::detail::kTolerance;
 constexpr double kPi = 3.141592653589793;
 
 // out = a * b: a applied first, then b. out may alias a or b.

@@ -10,9 +10,9 @@
 #include <new>
 #include <string>
 
-#include <locale.h>
+#include <kxbase/base/int64_parse.h>
 
-#include <kxbase/widgets/int64_parse.h>
+#include "platform/sys.h"
 
 namespace {
 
@@ -89,9 +89,7 @@ bool IsSpace(char c) {
 
 /// The standard decimal parse (atof) in the "C" locale, whatever locale the host set.
 double ParseDouble(const std::string& item) {
-    static const locale_t cLocale = newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(0));
-    if (cLocale == static_cast<locale_t>(0)) return std::atof(item.c_str());
-    return strtod_l(item.c_str(), nullptr, cLocale);
+    return kxbase::sys::ParseDoubleC(item.c_str());
 }
 
 int ToLength(size_t n) {

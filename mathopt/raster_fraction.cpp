@@ -4,19 +4,18 @@
 
 #include <cmath>
 
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
+#include "base/round8_p.h"
+#include "base/saturate_p.h"
 #include "mathopt/mathopt_p.h"
-
-double kxbase::detail::Round8(double v) {
-    if (!std::isfinite(v) || std::fabs(v) >= 2147483648.0) return v;
-    return ZelFloatPrecision(v, 8, 1);
-}
 
 namespace {
 
-using kxbase::detail::Divide;
-using kxbase::detail::Round8;
+using kxbase::detail::IeeeDiv;
+
+// Results beyond the host format's 32-bit range are stated as unrounded.
+constexpr auto Round8 = &kxbase::detail::Round8Within32;
 
 constexpr DWORD kPlaceholderCount = 10000;
 
@@ -135,7 +134,7 @@ double AMathOpt::raster_fraction_correct_resolution(const RASTER_FRACTION_PRINTI
         DWORD{info.stepFirst} * info.firstCount + DWORD{info.stepSecond} * info.secondCount;
     const double pixels = static_cast<double>(info.secondCount) + info.firstCount;
     const double pitch = static_cast<double>(steps) / pixels;
-    return Round8(Divide(1.0, pitch * step) * 25.4);
+    return Round8(IeeeDiv(1.0, pitch * step) * 25.4);
 }
 
 ULONG AMathOpt::raster_width_from_image(const RASTER_FRACTION_PRINTINFO& info, ULONG w) {
@@ -156,7 +155,7 @@ ULONG AMathOpt::raster_width_from_image(const RASTER_FRACTION_PRINTINFO& info, U
 }
 
 double AMathOpt::FrequencyToSpeed(double resolution, double frequency) {
-    return Round8(Divide(frequency, resolution / 25.4));
+    return Round8(IeeeDiv(frequency, resolution / 25.4));
 }
 
 double AMathOpt::SpeedToFrequency(double resolution, double speed) {
@@ -164,5 +163,5 @@ double AMathOpt::SpeedToFrequency(double resolution, double speed) {
 }
 
 double AMathOpt::FrequencyToResolution(double frequency, double speed) {
-    return Round8(Divide(frequency, speed) * 25.4);
+    return Round8(IeeeDiv(frequency, speed) * 25.4);
 }

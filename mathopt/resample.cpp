@@ -2,21 +2,18 @@
 // it is, for nearest-neighbour stretching of a line of src pixels to dst pixels.
 #include <kxbase/mathopt/amathopt.h>
 
+#include "base/resample_p.h"
+
 namespace {
 
-enum class PairKind { Trivial, Integral, General };
+using kxbase::detail::ResamplePair;
+using PairKind = ResamplePair;
 
 PairKind Classify(UINT src, UINT dst) {
-    if (src == dst || src == 0 || dst == 0) return PairKind::Trivial;
-    if (dst % src == 0) return PairKind::Integral;
-    return PairKind::General;
+    return kxbase::detail::ClassifyResample(src, dst);
 }
-
-/// B(p) = trunc(p * dst / src) in double. p * dst is below 2^64, so the quotient converts
-/// to 64 bits exactly; positions past the end of the line may exceed 32 bits and wrap.
 UINT Boundary(UINT src, UINT dst, UINT p) {
-    const double b = static_cast<double>(p) * static_cast<double>(dst) / static_cast<double>(src);
-    return static_cast<UINT>(static_cast<UINT64>(b));
+    return kxbase::detail::ResampleBoundary(src, dst, p);
 }
 
 }  // namespace
@@ -129,19 +126,5 @@ void AMathOpt::ResampleLine(UINT src, UINT dst, UINT* counts) {
 }
 
 void AMathOpt::ResampleLineMap(UINT src, UINT dst, UINT* starts) {
-    if (!starts) return;
-    switch (Classify(src, dst)) {
-        case PairKind::Trivial:
-            for (UINT i = 0; i < src; ++i) starts[i] = i;
-            return;
-        case PairKind::Integral: {
-            const UINT k = dst / src;
-            UINT s = 0;
-            for (UINT i = 0; i < src; ++i, s += k) starts[i] = s;
-            return;
-        }
-        case PairKind::General:
-            break;
-    }
-    for (UINT i = 0; i < src; ++i) starts[i] = Boundary(src, dst, i);
+    kxbase::detail::ResampleLineMap(src, dst, starts);
 }

@@ -1,9 +1,6 @@
 // The application object's start-up and exit.
 #include "module/app_p.h"
 
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -17,6 +14,8 @@
 #include <kxbase/runtime/doc_obj.h>
 #include <kxbase/runtime/env_obj.h>
 #include <kxbase/runtime/error_info.h>
+
+#include "platform/sys.h"
 
 namespace {
 // Plain storage, constant-initialised: it is written during other globals' start-up.
@@ -41,7 +40,7 @@ std::string PlaceProductTree(CAppPath& paths, bool namedByHost) {
     if (CAppPath::IsSystemFolder(folder))
         return "library folder is a system folder; tree not created (set " KXBASE_PRODUCT_DIR_ENV
                ")";
-    if (access(folder, W_OK) != 0)
+    if (!kxbase::sys::IsWritableFolder(folder))
         return "library folder is not writable; tree not created (set " KXBASE_PRODUCT_DIR_ENV ")";
     paths.CreatePath();
     return "library folder; tree created";
@@ -67,17 +66,18 @@ const char* KxProductTreeNote() {
 }
 
 int CkxBaseCommonApp::InitInstance() {
-    const int savedErrno = errno;
+    const DWORD savedError = kxbase::sys::LastSystemError();
     m_hInstance = KxLibraryHandle();
     CCostTime::PerformanceCounter_Init();
     g_Error.ClearError();
     g_EnvObj.Init(1);
     g_strAppVersion.Empty();
-    // secure_getenv: a set-user-id host must not let its caller choose where folders appear.
-    kxbase::detail::SetUpProductTree(m_hInstance, secure_getenv(KXBASE_PRODUCT_DIR_ENV));
+    // A host running with raised rights must not let its caller choose where folders appear.
+    kxbase::detail::SetUpProductTree(m_hInstance,
+                                     kxbase::sys::TrustedEnvironment(KXBASE_PRODUCT_DIR_ENV));
     AMathOpt::Init();
     ACompress::Init();
-    errno = savedErrno;
+    kxbase::sys::SetLastSystemError(savedError);
     return 1;
 }
 

@@ -5,13 +5,12 @@
 #include <cstdio>
 #include <cstring>
 #include <stdexcept>
-#include <strings.h>
 
-namespace {
+#include "platform/format_p.h"
 
-// Rewrites the Windows length prefix "I64" inside conversions to the C99 "ll" so that
-// "%I64d" and "%I64X" format as they do on Windows. "%%" is left alone.
-std::string translate_format(const char* format) {
+namespace kxbase::detail {
+
+std::string TranslateFormat(const char* format) {
     std::string out;
     for (const char* p = format; *p; ++p) {
         out += *p;
@@ -20,30 +19,63 @@ std::string translate_format(const char* format) {
             out += *++p;
             continue;
         }
-        // Copy flags, width and precision, then swap the I64 prefix if it follows.
+        // Copy flags, width and precision, then rewrite a Windows length prefix.
         while (p[1] && std::strchr("-+ #0123456789.*", p[1])) out += *++p;
-        if (p[1] == 'I' && p[2] == '6' && p[3] == '4') {
+        if (p[1] != 'I') continue;
+        if (p[2] == '6' && p[3] == '4') {
             out += "ll";
             p += 3;
+        } else if (p[2] == '3' && p[3] == '2') {
+            p += 3;
+        } else if (p[2] != '\0' && std::strchr("diouxX", p[2])) {
+            out += 'z';
+            p += 1;
         }
     }
     return out;
 }
 
-std::string vformat(const char* format, va_list args) {
-    if (format == nullptr) return {};
-    const std::string fmt = std::strstr(format, "I64") ? translate_format(format) : format;
+void AppendFormatV(std::string& out, const char* format, va_list args) {
+    if (format == nullptr) return;
+    const std::string translated =
+        std::strchr(format, 'I') ? TranslateFormat(format) : std::string();
+    const char* fmt = translated.empty() ? format : translated.c_str();
     va_list copy;
     va_copy(copy, args);
     char small[256];
-    const int n = std::vsnprintf(small, sizeof small, fmt.c_str(), copy);
+    const int n = std::vsnprintf(small, sizeof small, fmt, copy);
     va_end(copy);
-    if (n < 0) return {};
-    if (static_cast<std::size_t>(n) < sizeof small) return std::string(small, static_cast<std::size_t>(n));
-    std::string out(static_cast<std::size_t>(n) + 1, '\0');
-    std::vsnprintf(out.data(), out.size(), fmt.c_str(), args);
-    out.resize(static_cast<std::size_t>(n));
+    if (n <= 0) return;
+    const std::size_t length = static_cast<std::size_t>(n);
+    if (length < sizeof small) {
+        out.append(small, length);
+        return;
+    }
+    const std::size_t at = out.size();
+    out.resize(at + length + 1);
+    std::vsnprintf(out.data() + at, length + 1, fmt, args);
+    out.resize(at + length);
+}
+
+}  // namespace kxbase::detail
+
+namespace {
+
+using kxbase::detail::AppendFormatV;
+
+std::string vformat(const char* format, va_list args) {
+    std::string out;
+    AppendFormatV(out, format, args);
     return out;
+}
+
+// Case-insensitive byte comparison with the C library's tolower, as strcasecmp does.
+int compare_no_case(const char* a, const char* b) {
+    for (;; ++a, ++b) {
+        const int ca = std::tolower(static_cast<unsigned char>(*a));
+        const int cb = std::tolower(static_cast<unsigned char>(*b));
+        if (ca != cb || ca == 0) return ca - cb;
+    }
 }
 
 int clamp_count(int count, int size) { return std::clamp(count, 0, size); }
@@ -72,7 +104,7 @@ void CString::FormatV(const char* format, va_list args) { m_str = vformat(format
 void CString::AppendFormat(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    m_str += vformat(format, args);
+    AppendFormatV(m_str, format, args);
     va_end(args);
 }
 
@@ -167,7 +199,9 @@ CString& CString::MakeLower() {
 
 int CString::Compare(const char* s) const { return std::strcmp(m_str.c_str(), s ? s : ""); }
 
-int CString::CompareNoCase(const char* s) const { return strcasecmp(m_str.c_str(), s ? s : ""); }
+int CString::CompareNoCase(const char* s) const {
+    return compare_no_case(m_str.c_str(), s ? s : "");
+}
 
 char* CString::GetBuffer(int minLength) {
     if (minLength > GetLength()) m_str.resize(static_cast<std::size_t>(minLength));

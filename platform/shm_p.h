@@ -1,8 +1,8 @@
 // Named shared memory objects: the operating-system side of the shared memory channel.
 //
-// Every call here is a thin wrapper over POSIX shm_open / ftruncate / mmap, so that the
-// channel logic (runtime/share_memory.cpp) never touches the system directly. Failures return
-// a sentinel and an errno value through `err`; nothing throws.
+// The system backend implements these (platform/posix/: shm_open, ftruncate and mmap), so that
+// the channel logic (runtime/share_memory.cpp) never touches the system directly. Failures
+// return a sentinel and the system's error code through `err`; nothing throws.
 #pragma once
 
 #include <cstddef>
@@ -12,6 +12,11 @@
 #include <kxbase/platform/types.h>
 
 namespace kxbase::detail {
+
+/// An open shared memory object, as the backend represents it (a descriptor here, an object
+/// handle on Windows); kNoShm (-1) when there is none. The type of the channel's KxShmHandle.
+using ShmHandle = INT_PTR;
+inline constexpr ShmHandle kNoShm = -1;
 
 /// Allocation granularity of windows: the page size (windows start on its multiples).
 DWORD ShmGranularity();
@@ -24,24 +29,24 @@ std::string ShmObjectName(std::string_view areaName);
 /// Creates the object of `areaName`, or takes the existing one, read-write, not inherited
 /// by child processes. The object is grown to at least `size` bytes (never shrunk: another
 /// process may have mapped the part beyond). The returned descriptor carries the "creator
-/// attached" mark that ShmCreatorAttached tests. Returns the descriptor or -1.
-int ShmCreate(std::string_view areaName, UINT64 size, int& err);
+/// attached" mark that ShmCreatorAttached tests. Returns the handle or kNoShm.
+ShmHandle ShmCreate(std::string_view areaName, UINT64 size, int& err);
 
 /// Opens the existing object of `areaName` read-write; the descriptor is inherited by child
-/// processes. Returns the descriptor or -1 (ENOENT when there is no such object).
-int ShmOpen(std::string_view areaName, int& err);
+/// processes. Returns the handle or kNoShm (ENOENT when there is no such object).
+ShmHandle ShmOpen(std::string_view areaName, int& err);
 
 /// True while some process holds the object through ShmCreate (its mark is released when
 /// that descriptor is closed, including when the process dies).
-bool ShmCreatorAttached(int fd);
+bool ShmCreatorAttached(ShmHandle fd);
 
 /// Current size of the object in bytes, or 0 when it cannot be read.
-UINT64 ShmObjectSize(int fd);
+UINT64 ShmObjectSize(ShmHandle fd);
 
 /// Maps `length` bytes at `offset` (a multiple of the granularity), shared and read-write.
 /// The range must lie inside the object as it is now (EFAULT otherwise: touching pages past
 /// the object's end would fault). Returns the view or null.
-void* ShmMap(int fd, UINT64 offset, std::size_t length, int& err);
+void* ShmMap(ShmHandle fd, UINT64 offset, std::size_t length, int& err);
 
 void ShmUnmap(void* view, std::size_t length);
 
@@ -51,19 +56,26 @@ void ShmUnmap(void* view, std::size_t length);
 /// lie inside the object as it is now (another process cut it short) fails with EFAULT
 /// before anything of it is written. A full shared memory file system fails with ENOSPC,
 /// possibly after part of the range was written. Short writes and EINTR are retried.
-bool ShmWrite(int fd, UINT64 offset, const void* buffer, std::size_t length, int& err);
+bool ShmWrite(ShmHandle fd, UINT64 offset, const void* buffer, std::size_t length, int& err);
 
 /// Copies `length` bytes of the object at `offset` into `buffer` through the descriptor
 /// (pread). A range that runs past the object's end (cut short) fails with EFAULT after the
 /// bytes before the end were copied. Short reads and EINTR are retried.
-bool ShmRead(int fd, UINT64 offset, void* buffer, std::size_t length, int& err);
+bool ShmRead(ShmHandle fd, UINT64 offset, void* buffer, std::size_t length, int& err);
 
-/// Closes a descriptor from ShmCreate or ShmOpen (releasing a creator's mark).
-void ShmClose(int fd);
+/// Closes a handle from ShmCreate or ShmOpen (releasing a creator's mark).
+void ShmClose(ShmHandle fd);
 
 /// Removes the name of the object `fd` refers to, unless another creator still holds it, then
 /// closes `fd`. Mappings that processes still hold stay valid; later opens fail with ENOENT.
-void ShmRemoveAndClose(std::string_view areaName, int fd);
+void ShmRemoveAndClose(std::string_view areaName, ShmHandle fd);
+
+/// The system object name of an area name, the rule every backend shares: a leading "Local\\"
+/// (the Windows session prefix) is dropped; the name is escaped (bytes other than A-Z, a-z,
+/// 0-9, '.', '_' and '-' become %XX); the result is root + "kxbase-" + the escaped name, or,
+/// when that part would exceed maxBytes, root + "kxbase~" + the first 64 escaped bytes + "~"
+/// + the SHA-256 of the name. Distinct area names give distinct object names.
+std::string AreaObjectName(std::string_view areaName, std::string_view root, std::size_t maxBytes);
 
 /// SHA-256 of a byte string, as 64 lower-case hexadecimal digits (used for long names).
 std::string Sha256Hex(std::string_view data);

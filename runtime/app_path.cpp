@@ -1,21 +1,24 @@
 // CAppPath: the product folder tree below the library's own folder.
 #include <kxbase/runtime/app_path.h>
 
-#include <climits>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <kxbase/platform/module.h>
 #include <kxbase/runtime/doc_obj.h>
 
+#include "platform/sys.h"
+
 int CAppPath::Init(HINSTANCE hModule) {
     if (hModule == nullptr) hModule = KxLibraryHandle();
-    // Longer than the 360 characters the original buffer held: Linux paths may be long.
-    char name[PATH_MAX + 1];
-    const DWORD n = GetModuleFileNameA(hModule, name, sizeof name);
+    // Longer than the 360 characters the original buffer held: paths may be long.
+    std::vector<char> name(kxbase::sys::MaxPathBytes() + 1u);
+    const DWORD size = static_cast<DWORD>(name.size());
+    const DWORD n = KxModuleFileName(hModule, name.data(), size);
     std::string folder;
     if (n > 0) {
-        folder.assign(name, n < sizeof name ? n : sizeof name - 1);
+        folder.assign(name.data(), n < size ? n : size - 1);
         const std::size_t slash = folder.rfind('/');
         if (slash == std::string::npos)
             folder += '/';

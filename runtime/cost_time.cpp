@@ -1,9 +1,8 @@
-// CCostTime over CLOCK_MONOTONIC: the counter counts nanoseconds (frequency 1e9) and the tick
-// count is milliseconds of the same clock.
+// CCostTime over the system's monotonic clock: the counter counts nanoseconds (frequency 1e9)
+// and the tick count is milliseconds of the same clock.
 #include <kxbase/runtime/cost_time.h>
 
-#include <time.h>
-
+#include "platform/sys.h"
 #include "runtime/cost_time_p.h"
 
 INT64 CCostTime::m_PerformanceCounter_lFrequency = 0;
@@ -15,16 +14,11 @@ TickFn g_tick = &SystemTick;
 }  // namespace
 
 bool SystemCounter(INT64* value) {
-    timespec ts{};
-    if (clock_gettime(CLOCK_MONOTONIC, &ts) != 0) return false;
-    *value = static_cast<INT64>(ts.tv_sec) * 1000000000 + ts.tv_nsec;
-    return true;
+    return kxbase::sys::MonotonicNanoseconds(value);
 }
 
 UINT64 SystemTick() {
-    timespec ts{};
-    if (clock_gettime(CLOCK_MONOTONIC, &ts) != 0) return 0;
-    return static_cast<UINT64>(ts.tv_sec) * 1000u + static_cast<UINT64>(ts.tv_nsec) / 1000000u;
+    return kxbase::sys::MonotonicMilliseconds();
 }
 
 void SetCostTimeClocks(CounterFn counter, TickFn tick) {
@@ -118,8 +112,8 @@ double CCostTime::GetTotoalTime() const {
 }
 
 void CCostTime::PerformanceCounter_Init() {
-    timespec ts{};
-    m_PerformanceCounter_lFrequency = clock_gettime(CLOCK_MONOTONIC, &ts) == 0 ? 1000000000 : 0;
+    INT64 probe = 0;
+    m_PerformanceCounter_lFrequency = kxbase::sys::MonotonicNanoseconds(&probe) ? 1000000000 : 0;
 }
 
 int CCostTime::PerformanceCounter_IsValid() {

@@ -1,31 +1,29 @@
-// AEnvObj: screen numbers from the installed provider, system numbers from sysconf.
+// AEnvObj: screen numbers from the installed provider, system numbers from the backend.
 #include <kxbase/runtime/env_obj.h>
-
-#include <unistd.h>
 
 #include <atomic>
 #include <cmath>
 #include <cstring>
 #include <limits>
 
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
+
+#include "base/round8_p.h"
+#include "base/saturate_p.h"
+#include "platform/sys.h"
 
 namespace {
 
 std::atomic<KxScreenProvider> g_provider{nullptr};
 
-// Pixels per millimetre, with the division by zero a screen without a physical size implies
-// spelled out (so that it is not undefined behaviour to the sanitizers).
+// Pixels per millimetre; a screen without a physical size gives an infinite or undefined
+// density, computed without dividing by zero.
 double per_mm(int pixels, int mm) {
-    if (mm != 0) return static_cast<double>(pixels) / mm;
-    if (pixels == 0) return std::numeric_limits<double>::quiet_NaN();
-    return pixels > 0 ? std::numeric_limits<double>::infinity()
-                      : -std::numeric_limits<double>::infinity();
+    return kxbase::detail::IeeeDiv(static_cast<double>(pixels), static_cast<double>(mm));
 }
 
-double round8(double v) {
-    return std::isfinite(v) ? ZelFloatPrecision(v, 8, 1) : v;
-}
+// A screen density that is not finite is reported as it is.
+constexpr auto round8 = &kxbase::detail::Round8KeepNonFinite;
 
 void read_system_info(SYSTEM_INFO& si) {
     std::memset(&si, 0, sizeof si);
@@ -37,15 +35,13 @@ void read_system_info(SYSTEM_INFO& si) {
 #else
     si.wProcessorArchitecture = 0xFFFF;
 #endif
-    const auto page = sysconf(_SC_PAGESIZE);
-    si.dwPageSize = page > 0 ? static_cast<DWORD>(page) : 4096u;
+    si.dwPageSize = kxbase::sys::PageSize();
     si.dwAllocationGranularity = si.dwPageSize;
     si.lpMinimumApplicationAddress =
         reinterpret_cast<void*>(static_cast<std::uintptr_t>(si.dwPageSize));
     si.lpMaximumApplicationAddress = reinterpret_cast<void*>(
         sizeof(void*) == 8 ? std::uintptr_t{0x00007FFFFFFFEFFFu} : std::uintptr_t{0xBFFFFFFFu});
-    const auto cpus = sysconf(_SC_NPROCESSORS_ONLN);
-    si.dwNumberOfProcessors = cpus > 0 ? static_cast<DWORD>(cpus) : 1u;
+    si.dwNumberOfProcessors = kxbase::sys::OnlineProcessors();
     si.dwActiveProcessorMask =
         si.dwNumberOfProcessors >= 64 ? ~UINT64{0} : (UINT64{1} << si.dwNumberOfProcessors) - 1;
 }

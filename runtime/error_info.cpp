@@ -9,21 +9,12 @@
 #include <new>
 #include <utility>
 
-#include <kxbase/widgets/messages.h>
+#include <kxbase/base/messages.h>
+
+#include "platform/format_p.h"
+#include "platform/sys.h"
 
 namespace {
-
-std::string format_v(const char* format, va_list args) {
-    va_list copy;
-    va_copy(copy, args);
-    const int n = std::vsnprintf(nullptr, 0, format, copy);
-    va_end(copy);
-    if (n <= 0) return {};
-    std::string out(static_cast<std::size_t>(n) + 1, '\0');
-    std::vsnprintf(out.data(), out.size(), format, args);
-    out.resize(static_cast<std::size_t>(n));
-    return out;
-}
 
 std::string hex_suffix(const char* prefix, DWORD code, const char* suffix) {
     char buf[64];
@@ -142,7 +133,8 @@ int CErrorInfo::SetLastErrorV(const char* format, va_list args) noexcept {
         return 1;
     }
     try {
-        std::string text = format_v(format, args);
+        std::string text;
+        kxbase::detail::AppendFormatV(text, format, args);
         const int flag = text.empty() ? 0 : 1;
         Publish(std::move(text), flag);
     } catch (...) {
@@ -168,8 +160,7 @@ int CErrorInfo::SetLastErrorFromSystem(DWORD code) noexcept {
 }
 
 int CErrorInfo::SetLastErrorFromSystem() noexcept {
-    const int code = errno;
-    return SetLastErrorFromSystem(static_cast<DWORD>(code));
+    return SetLastErrorFromSystem(kxbase::sys::LastSystemError());
 }
 
 void CErrorInfo::ClearError() noexcept {
@@ -179,15 +170,8 @@ void CErrorInfo::ClearError() noexcept {
 
 CString CErrorInfo::TransSystemErrorCodeToString(DWORD code) {
     if (code == 0) return CString();
-    // strerrordesc_np knows exactly the codes that have a message (it returns null for the
-    // rest, where strerror_r would invent "Unknown error N"); strerror_r gives the text in
-    // the current locale.
-    const int errnum = code > 0x7FFFFFFFu ? -1 : static_cast<int>(code);
-    if (errnum < 0 || strerrordesc_np(errnum) == nullptr)
+    std::string text;
+    if (!kxbase::sys::SystemErrorText(code, text))
         return CString(hex_suffix("System Error (code:", code, ")"));
-    char buf[512];
-    const char* text = strerror_r(errnum, buf, sizeof buf);
-    if (text == nullptr || text[0] == '\0')
-        return CString(hex_suffix("System Error (code:", code, ")"));
-    return CString(std::string(text) + hex_suffix(" (", code, ")"));
+    return CString(text + hex_suffix(" (", code, ")"));
 }

@@ -2,15 +2,14 @@
 #include <kxbase/runtime/thread.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
-#include <cxxabi.h>
 #include <new>
 #include <thread>
 
 #include <kxbase/runtime/error_info.h>
-#include <kxbase/widgets/messages.h>
+#include <kxbase/base/messages.h>
 
+#include "platform/sys.h"
 #include "platform/threads_p.h"
 
 using kxbase::detail::OsThread;
@@ -34,13 +33,10 @@ void thread_entry(void* arg, bool run) {
     MarkTerminated mark{*args->terminated};
     if (!run) return;  // abandoned before Resume
     args->terminated->store(false, std::memory_order_relaxed);
-    try {
-        args->self->Run();
-    } catch (abi::__forced_unwind&) {
-        throw;  // pthread_exit from the body must unwind the whole stack
-    } catch (...) {
-        // The body failed; the thread ends as if it had returned.
-    }
+    // A body that fails ends the thread as if it had returned; the system's own thread exit
+    // from inside the body still unwinds the whole stack.
+    kxbase::sys::RunSwallowingExceptions(
+        [](void* self) { static_cast<kxBaseThread*>(self)->Run(); }, args->self);
 }
 
 std::uint64_t tick_ms() {
@@ -82,14 +78,14 @@ bool kxBaseThread::Create(void* param) {
         terminated = std::make_shared<std::atomic<bool>>(false);
         args = new RunArgs{this, terminated};
     } catch (...) {
-        errno = ENOMEM;
+        kxbase::sys::SetLastSystemError(kxbase::sys::ErrorOutOfMemory());
         return false;
     }
     int err = 0;
     m_hThread = OsThread::Start(thread_entry, args, err);
     if (!m_hThread) {
         delete args;
-        errno = err;
+        kxbase::sys::SetLastSystemError(static_cast<DWORD>(err));
         return false;
     }
     m_pTerminated = std::move(terminated);
@@ -154,7 +150,7 @@ int kxBaseThread::SetThreadPriority(int priority) {
     const int nice = std::clamp(m_nNormalNice - kNiceStep * priority, kNiceMin, kNiceMax);
     int err = 0;
     if (!m_hThread->SetNice(nice, err)) {
-        errno = err;
+        kxbase::sys::SetLastSystemError(static_cast<DWORD>(err));
         return 0;
     }
     return 1;
@@ -162,7 +158,7 @@ int kxBaseThread::SetThreadPriority(int priority) {
 
 DWORD kxBaseThread::SetThreadIdealProcessor(DWORD processor) {
     if (!m_hThread) {
-        errno = EBADF;
+        kxbase::sys::SetLastSystemError(kxbase::sys::ErrorInvalidHandle());
         return kIdealProcessorFailed;
     }
     int err = 0;
@@ -172,7 +168,7 @@ DWORD kxBaseThread::SetThreadIdealProcessor(DWORD processor) {
     if (!m_hThread->SetAffinity(processor, err)) {
         ZelStatusMsg("%s",
                      CErrorInfo::TransSystemErrorCodeToString(static_cast<DWORD>(err)).GetString());
-        errno = err;
+        kxbase::sys::SetLastSystemError(static_cast<DWORD>(err));
         return kIdealProcessorFailed;
     }
     m_nIdealProcessor = processor;

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Builds and runs every test:
+#   0. system headers only in the platform backend; the two smallest layer subsets on their own
 #   1. unit tests and the golden-vector runner under AddressSanitizer + UndefinedBehaviorSanitizer
 #   2. the concurrency tests (label "tsan") under ThreadSanitizer
 #   3. every libFuzzer target for a short fixed time (clang, ASan + UBSan)
@@ -12,6 +13,18 @@ cd "$(dirname "$0")/.."
 bash scripts/deps.sh
 jobs=$(nproc)
 fuzz_seconds=${KXBASE_FUZZ_SECONDS:-20}
+
+echo "== system calls only in the platform backend"
+bash scripts/check_system_headers.sh
+
+# The smallest subsets must build and pass their own tests, which keeps every layer free of
+# dependencies on the layers above it.
+for subset in platform base; do
+    echo "== subset: $subset"
+    cmake -S . -B "build/subset-$subset" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DKXBASE_SUBSYSTEMS="$subset" >/dev/null
+    cmake --build "build/subset-$subset" -j "$jobs"
+    ctest --test-dir "build/subset-$subset" -j "$jobs" --output-on-failure -L unit
+done
 
 echo "== unit tests and vectors (ASan + UBSan)"
 cmake -S . -B build/asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DKXBASE_SANITIZE="address;undefined" >/dev/null

@@ -41,7 +41,7 @@ int run_info() {
     std::printf("Library\n");
     row("version", KXBASE_VERSION_STRING);
     char file[4096];
-    const DWORD n = GetModuleFileNameA(KxLibraryHandle(), file, sizeof file);
+    const DWORD n = KxModuleFileName(KxLibraryHandle(), file, sizeof file);
     row("file", n > 0 ? std::string(file) : std::string("(unknown)"));
 
     std::printf("\nProduct folders (%s)\n",

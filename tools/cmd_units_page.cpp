@@ -8,7 +8,7 @@
 #include <string>
 
 #include <kxbase/units.h>
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 #include "command.h"
 #include "units_text.h"

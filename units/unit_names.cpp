@@ -1,4 +1,5 @@
 // Display names of the units, from the library's string table.
+#include <kxbase/base/string_table.h>
 #include <kxbase/platform/module.h>
 #include <kxbase/units/units.h>
 
@@ -31,7 +32,7 @@ int LoadName(UINT id, char* buf, int size) {
         if (buf != nullptr && size >= 1) buf[0] = '\0';
         return 0;
     }
-    return LoadStringA(KxLibraryHandle(), id, buf, size);
+    return KxLoadString(KxLibraryHandle(), id, buf, size);
 }
 
 // The string form loads through a 50-byte buffer, as the names always have.

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 int CUnitTrans::SetParams(double value, double res, AResUnit resUnit, ASizeUnit unit) {
     // Converted on the magnitude so negative lengths round like positive ones.

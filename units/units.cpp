@@ -3,18 +3,17 @@
 
 #include <cmath>
 
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
-#include "geometry/saturate_p.h"
+#include "base/round8_p.h"
+#include "base/saturate_p.h"
 
 namespace {
 
 using kxbase::detail::HalfAway32;
 
 // Every floating result leaves through the library's 8-decimal text rounding.
-double Round8(double v) {
-    return ZelFloatPrecision(v, 8, 1);
-}
+using kxbase::detail::Round8;
 
 // A value in dots per millimetre expressed in another resolution unit (not DPI).
 double FromDPMM(double d, AResUnit unit) {

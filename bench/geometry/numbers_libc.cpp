@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include <kxbase/version.h>
 #include <kxbase/export.h>
 #include <kxbase/platform.h>
+#include <kxbase/base.h>
 #include <kxbase/geometry.h>
 #include <kxbase/units.h>
 #include <kxbase/mathopt.h>
@@ -11,4 +12,3 @@
 #include <kxbase/ellipse.h>
 #include <kxbase/separate.h>
 #include <kxbase/runtime.h>
-#include <kxbase/widgets.h>

@@ -1,8 +1,4 @@
-// Public headers of the widgets subsystem.
+// The number and message helpers moved to <kxbase/base.h>; the old umbrella keeps working.
 #pragma once
 
-#include <kxbase/platform.h>
-#include <kxbase/widgets/number_format.h>
-#include <kxbase/widgets/messages.h>
-#include <kxbase/widgets/int64_parse.h>
-#include <kxbase/widgets/bitmap.h>
+#include <kxbase/base.h>

@@ -137,3 +137,17 @@ TEST(ATransform, ResolutionRecomposes) {
 }
 
 }  // namespace
+
+// Hosts write `TransMatrix m = xf;` and pass an XFORM where an ATransform is taken; an
+// explicit constructor, or fields widened out of order, breaks them.
+TEST(ATransform, CopyInitialisedFromXform) {
+    const XFORM xf{2.5f, 0.5f, -1.0f, 3.0f, 10.25f, -4.0f};
+    const TransMatrix m = xf;
+    const auto take = [](const ATransform& t) { return t; };
+    const ATransform t = take(xf);
+    const double expected[] = {2.5, 0.5, -1.0, 3.0, 10.25, -4.0};
+    for (const TransMatrix* r : {&m, static_cast<const TransMatrix*>(&t)}) {
+        const double got[] = {r->eM11, r->eM12, r->eM21, r->eM22, r->eDx, r->eDy};
+        for (int i = 0; i < 6; ++i) EXPECT_EQ(got[i], expected[i]) << i;
+    }
+}

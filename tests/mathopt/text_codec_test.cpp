@@ -7,7 +7,7 @@
 #include <vector>
 
 #include <kxbase/mathopt/amathopt.h>
-#include <kxbase/widgets/int64_parse.h>
+#include <kxbase/base/int64_parse.h>
 
 namespace {
 

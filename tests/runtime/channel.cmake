@@ -10,7 +10,7 @@ kxbase_add_gtest(kxbase_test_runtime_shm
 target_compile_definitions(kxbase_test_runtime_shm PRIVATE
     KXBASE_SHM_PEER="$<TARGET_FILE:kxbase_shm_peer>")
 add_dependencies(kxbase_test_runtime_shm kxbase_shm_peer)
-set_tests_properties(kxbase_test_runtime_shm PROPERTIES LABELS "unit;tsan")
+set_tests_properties(kxbase_test_runtime_shm PROPERTIES LABELS "unit;tsan;posix")
 
 kxbase_add_gtest(kxbase_test_runtime_thread ${CMAKE_CURRENT_SOURCE_DIR}/thread_test.cpp)
-set_tests_properties(kxbase_test_runtime_thread PROPERTIES LABELS "unit;tsan")
+set_tests_properties(kxbase_test_runtime_thread PROPERTIES LABELS "unit;tsan;posix")

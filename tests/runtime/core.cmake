@@ -1,6 +1,7 @@
 # Runtime core: error object, elapsed time, buffer manager, product folders, environment.
 kxbase_add_gtest(kxbase_test_runtime_core
     ${CMAKE_CURRENT_SOURCE_DIR}/error_test.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/format_test.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/cost_time_test.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/buffer_test.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/app_path_test.cpp

@@ -16,7 +16,7 @@
 #include <utility>
 
 #include <kxbase/runtime/thread.h>
-#include <kxbase/widgets/messages.h>
+#include <kxbase/base/messages.h>
 
 namespace {
 

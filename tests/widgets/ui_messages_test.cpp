@@ -16,7 +16,7 @@
 #include <kxbase/runtime/env_obj.h>
 #include <kxbase/ui/messages.h>
 #include <kxbase/ui/ui.h>
-#include <kxbase/widgets/bitmap.h>
+#include <kxbase/base/bitmap.h>
 
 #include "ui_test_util.h"
 

@@ -7,6 +7,14 @@
 
 class KXBASE_API ACompress {
 public:
+    /// Builds the shared bit tables used by the 1-bit unpackers. The tables are constant data
+    /// built at compile time, so they are ready before any code of the library runs; Init
+    /// exists for the start-up of the module (which calls it) and of hosts that call it
+    /// themselves. Idempotent, thread-safe, returns 1.
+    static int Init();
+    /// Counterpart of Init at exit: does nothing and returns 1. Safe to call any number of times.
+    static int Exit();
+
     // ---- LZW and Base64 -------------------------------------------------------------------
     //
     // LZW stream format. A stream is the code sequence 256 (clear), data codes, 257 (end),
@@ -283,13 +291,6 @@ public:
 protected:
     // ---- LZW and Base64: protected helpers --------------------------------------------------
 
-    /// Builds the shared bit tables used by the 1-bit unpackers. The tables are constant data
-    /// built at compile time, so they are ready before any code of the library runs and Init
-    /// only has to exist for the module start-up: it is idempotent, thread-safe and returns 1.
-    static int Init();
-    /// Counterpart of Init at module exit: does nothing and returns 1.
-    static int Exit();
-
     /// Bit table: for each byte value v, 8 bytes holding the bits of v from the most to the
     /// least significant, each as 0 or 1.
     static const BYTE m_byBitTable[256][8];
@@ -312,9 +313,6 @@ protected:
     /// 65536 nodes (no valid table has that many). code and last must not be null.
     static int IsStrInList(WORD prefix, BYTE ch, const BYTE* nodes, WORD first, WORD* code,
                            WORD* last);
-
-    // The module's application object runs Init at load and Exit at unload.
-    friend class CkxBaseCommonApp;
 
     // ---- run-length and bit packing: protected helpers --------------------------------------
     //

@@ -13,7 +13,9 @@
 #include <kxbase/export.h>
 #include <kxbase/geometry/pointd.h>
 
-/// The platform's single-precision transform record, same field order as TransMatrix.
+#if !defined(_WIN32)
+/// The platform's single-precision transform record, same field order as TransMatrix (on
+/// Windows the system's own, from <windows.h>).
 struct XFORM {
     float eM11;
     float eM12;
@@ -22,6 +24,8 @@ struct XFORM {
     float eDx;
     float eDy;
 };
+#endif
+static_assert(sizeof(XFORM) == 6 * sizeof(float));
 
 class KXBASE_API TransMatrix {
 public:
@@ -34,8 +38,9 @@ public:
 
     /// The identity (1, 0, 0, 1, 0, 0).
     TransMatrix() = default;
-    /// Each float field widened to double, in the same order.
-    explicit TransMatrix(const XFORM& xf)
+    /// Each float field widened to double, in the same order. Implicit, so that a record
+    /// initialises a matrix as the host's code writes it (TransMatrix m = xf;).
+    TransMatrix(const XFORM& xf)  // NOLINT: implicit by design
         : eM11(xf.eM11), eM12(xf.eM12), eM21(xf.eM21), eM22(xf.eM22), eDx(xf.eDx), eDy(xf.eDy) {}
     /// The six values as given.
     TransMatrix(double m11, double m12, double m21, double m22, double dx, double dy)

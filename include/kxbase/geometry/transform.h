@@ -29,7 +29,7 @@ public:
     /// The identity.
     ATransform() = default;
     /// The six float fields widened, in order.
-    explicit ATransform(const XFORM& xf) : TransMatrix(xf) {}
+    ATransform(const XFORM& xf) : TransMatrix(xf) {}  // NOLINT: implicit, like TransMatrix
     /// The six values of a matrix.
     ATransform(const TransMatrix& m) : TransMatrix(m) {}  // NOLINT: implicit by design
     ATransform(double m11, double m12, double m21, double m22, double dx, double dy)
@@ -87,9 +87,12 @@ public:
     void CalcPoint(float& x, float& y) const;
     void CalcPoint(POINTF& pt) const { CalcPoint(pt.x, pt.y); }
     /// Converts to double, maps, and stores through CPrecise::PrecisePoint with precision.
-    /// (LONG is int here, so this also serves the platform's `long` coordinates.)
     void CalcPoint(int& x, int& y, double precision) const;
-    void CalcPoint(POINT& pt, double precision) const { CalcPoint(pt.x, pt.y, precision); }
+    void CalcPoint(POINT& pt, double precision) const {
+        int x = pt.x, y = pt.y;  // LONG is not int on every system
+        CalcPoint(x, y, precision);
+        pt = POINT{x, y};
+    }
 
     /// Maps n points in place as the single-point forms do; n <= 0 (or a null array) does
     /// nothing. pts must hold n points.
@@ -126,7 +129,9 @@ public:
     void InverseCalcPoint(POINTF& pt) const { InverseCalcPoint(pt.x, pt.y); }
     void InverseCalcPoint(int& x, int& y, double precision) const;
     void InverseCalcPoint(POINT& pt, double precision) const {
-        InverseCalcPoint(pt.x, pt.y, precision);
+        int x = pt.x, y = pt.y;  // LONG is not int on every system
+        InverseCalcPoint(x, y, precision);
+        pt = POINT{x, y};
     }
 
     /// Inverts a copy of the six values with TransMatrix::InverseMatrix() and, only when that

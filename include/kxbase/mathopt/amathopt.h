@@ -19,7 +19,7 @@
 // the low 32 bits.
 //
 // Rounding to 8 decimals: the floating results of the print geometry go through
-// ZelFloatPrecision(value, 8, 1) (<kxbase/widgets/number_format.h>), i.e. they are the
+// ZelFloatPrecision(value, 8, 1) (<kxbase/base/number_format.h>), i.e. they are the
 // nearest double to their 8-decimal text. A value that the 8-decimal text cannot carry
 // (not finite, or of magnitude 2^31 or more) is returned unrounded instead.
 #pragma once
@@ -279,7 +279,7 @@ public:
     /// Reads up to max comma-separated items of text into list and returns how many were
     /// stored. Leading white space before each item is skipped and empty fields are skipped
     /// (",,,4" gives one item). Items are read with ZelTextToInt64(item, hex)
-    /// (<kxbase/widgets/int64_parse.h>: 0 when the item is not a number) and stored as 32
+    /// (<kxbase/base/int64_parse.h>: 0 when the item is not a number) and stored as 32
     /// bits (types 1, 2), 64 bits (3, 4) or the low byte (others); type 5 stores the double
     /// that the standard decimal parse gives (atof, in the "C" locale). 0 for a null list,
     /// max < 1, a null or empty text, or when memory runs out.

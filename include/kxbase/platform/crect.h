@@ -70,5 +70,8 @@ public:
     bool operator!=(const RECT& o) const { return !(*this == o); }
 };
 
-/// The platform's free rectangle test: true when the width or the height is not positive.
+#if !defined(_WIN32)
+/// The platform's free rectangle test: true when the width or the height is not positive (on
+/// Windows the system's own function).
 inline bool IsRectEmpty(const RECT* rc) { return !rc || rc->right <= rc->left || rc->bottom <= rc->top; }
+#endif

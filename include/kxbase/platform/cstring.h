@@ -3,6 +3,13 @@
 // Text is UTF-8 here (the library's string table is stored in UTF-8); lengths count bytes.
 // Format() accepts the Windows width prefix "I64" ("%I64d", "%I64X") as well as the C99
 // "ll", so format strings written for the Windows build give the same text.
+//
+// Failures: GetAt and SetAt with an index outside the text throw std::invalid_argument; any
+// operation that makes the text longer throws std::bad_alloc when memory is exhausted (the
+// text is then unchanged). A format the C library rejects gives an empty text. Nothing else
+// throws; null `const char*` arguments count as empty texts.
+//
+// Thread-safety: a value type; distinct objects are independent, one object is not guarded.
 #pragma once
 
 #include <cstdarg>
@@ -32,11 +39,12 @@ public:
     char GetAt(int index) const;
     void SetAt(int index, char c);
 
-    /// printf-style formatting into this string (the previous text is replaced).
-    void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    /// printf-style formatting into this string (the previous text is replaced). Besides the
+    /// C99 conversions the "I64", "I32" and "I" length prefixes of Windows formats are read.
+    void Format(const char* format, ...) KXBASE_PRINTF_FORMAT(2, 3);
     void FormatV(const char* format, va_list args);
     /// printf-style formatting appended to this string.
-    void AppendFormat(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    void AppendFormat(const char* format, ...) KXBASE_PRINTF_FORMAT(2, 3);
     void Append(const char* s) { m_str += s ? s : ""; }
 
     /// Sub-strings; counts are clamped into the text as the platform class does.

@@ -1,4 +1,13 @@
 // CPtrList: a doubly linked list of untyped pointers; POSITION is an opaque node handle.
+//
+// Failures: a null POSITION handed to GetNext, GetPrev, GetAt, SetAt or RemoveAt, and GetHead,
+// GetTail, RemoveHead or RemoveTail on an empty list, throw std::invalid_argument (the list is
+// unchanged). Adding an element throws std::bad_alloc when memory is exhausted (the list is
+// unchanged). A POSITION of another list, or of a node already removed, is not detected: the
+// caller must not use one. InsertBefore and InsertAfter take a null POSITION as the head and
+// the tail. Nothing else throws.
+//
+// Thread-safety: none inside one list; distinct lists are independent.
 #pragma once
 
 #include <kxbase/export.h>

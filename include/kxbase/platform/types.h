@@ -1,5 +1,9 @@
 // Fixed-width vocabulary types and the platform's plain geometric records.
 //
+// On Windows these names are the system's own (from <windows.h>, with NOMINMAX so that the
+// min/max macros stay out); elsewhere the library defines them with the same widths and
+// layouts. The static_asserts at the end hold for both.
+//
 // The widths are those of the 64-bit Windows data model the library's hosts were written
 // for: DWORD, ULONG and LONG are 32 bits here too (never the native `long`, which is 64 bits
 // on Linux). Code that formats these uses the <cinttypes> macros so the text is the same as
@@ -8,6 +12,15 @@
 
 #include <cstddef>
 #include <cstdint>
+
+#if defined(_WIN32)
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#else
 
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
@@ -53,11 +66,20 @@ struct SIZE {
     LONG cy;
 };
 
+#endif
+
 /// Single-precision point.
 struct POINTF {
     float x;
     float y;
 };
+
+static_assert(sizeof(BYTE) == 1 && sizeof(WORD) == 2 && sizeof(DWORD) == 4 && sizeof(UINT) == 4);
+static_assert(sizeof(ULONG) == 4 && sizeof(LONG) == 4 && sizeof(BOOL) == 4);
+static_assert(sizeof(INT64) == 8 && sizeof(UINT64) == 8);
+static_assert(sizeof(INT_PTR) == sizeof(void*) && sizeof(UINT_PTR) == sizeof(void*));
+static_assert(sizeof(HINSTANCE) == sizeof(void*));
+static_assert(sizeof(POINT) == 8 && sizeof(RECT) == 16 && sizeof(SIZE) == 8 && sizeof(POINTF) == 8);
 
 inline bool operator==(const POINT& a, const POINT& b) { return a.x == b.x && a.y == b.y; }
 inline bool operator==(const RECT& a, const RECT& b) {

@@ -10,7 +10,9 @@
 #include <kxbase/platform/cstring.h>
 #include <kxbase/platform/types.h>
 
-/// The system information record, with the fields of the platform's GetSystemInfo. Here:
+#if !defined(_WIN32)
+/// The system information record, with the fields of the platform's GetSystemInfo (on
+/// Windows the system's own record, from <windows.h>). Here:
 /// architecture 9 (x86-64), 12 (ARM64) or 0xFFFF (other); the page size; the lowest and
 /// highest addresses a process may map; a mask with one bit per online processor (at most
 /// 64); the online processor count; the allocation granularity, which is the page size.
@@ -27,6 +29,7 @@ struct SYSTEM_INFO {
     WORD wProcessorLevel;
     WORD wProcessorRevision;
 };
+#endif
 
 /// What a screen provider reports about the primary screen.
 struct KxScreenMetrics {

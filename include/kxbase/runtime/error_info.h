@@ -60,7 +60,7 @@ public:
     /// Records the printf-style formatted text. A null format clears the error; a format that
     /// yields an empty text leaves the flag 0. A ready-made message passed as the format is
     /// interpreted as a format: a '%' in it starts a conversion. Returns 1.
-    int SetLastError(const char* format, ...) noexcept __attribute__((format(printf, 2, 3)));
+    int SetLastError(const char* format, ...) noexcept KXBASE_PRINTF_FORMAT(2, 3);
     /// The same with an argument list.
     int SetLastErrorV(const char* format, va_list args) noexcept;
 

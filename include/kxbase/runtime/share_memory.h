@@ -59,6 +59,10 @@
 #include <kxbase/platform/cstring.h>
 #include <kxbase/platform/types.h>
 
+/// An open shared memory object as the operating system identifies it (a descriptor or an
+/// object handle, widened to pointer size); -1 means none. Opaque to hosts.
+using KxShmHandle = INT_PTR;
+
 class KXBASE_API CShareMemoryBase {
 public:
     /// Window size used when CreateMap or OpenMap is given 0: 20 MB.
@@ -133,7 +137,7 @@ protected:
 
     // Members in the order hosts know them.
     BYTE* m_pHeaderView = nullptr;  // mapped header (H bytes), null when closed
-    int m_hMap = -1;                // object descriptor, -1 when closed
+    KxShmHandle m_hMap = -1;        // the open object, -1 when closed
     char* m_pszName = nullptr;      // own heap copy of the area name
     UINT64 m_nTotalSize = 0;        // T
     DWORD m_nHeaderSize = 0;        // H

@@ -8,7 +8,7 @@
 #include <QPixmap>
 
 #include <kxbase/ui/export.h>
-#include <kxbase/widgets/bitmap.h>
+#include <kxbase/base/bitmap.h>
 
 /// The bitmap as a QImage in Format_RGB888 (a deep copy); a null QImage when it holds no
 /// bitmap.

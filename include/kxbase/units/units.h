@@ -1,7 +1,7 @@
 // Resolution and size units: conversions, comparisons, validation and display names.
 //
 // Every floating conversion result is rounded to 8 decimals through text, as
-// ZelFloatPrecision(value, 8, 1) does (<kxbase/widgets/number_format.h>): 1/25.4 dots per
+// ZelFloatPrecision(value, 8, 1) does (<kxbase/base/number_format.h>): 1/25.4 dots per
 // millimetre comes back as 0.03937008, not 0.0393700787.... This rounding is part of the
 // contract; hosts compare these values with stored ones. Integer results round half away
 // from zero with the 1e-10 epsilon and saturate to the int32 range (NaN gives 0); see
@@ -46,7 +46,7 @@ inline constexpr double KX_MAX_DPI = 20000.0;
 
 // ---- display names (string table ids 14-19 for sizes, 22-26 for resolutions) ----------------
 
-/// Loads the unit's name into buf (size bytes, terminator included) as LoadStringA does: the
+/// Loads the unit's name into buf (size bytes, terminator included) as KxLoadString does: the
 /// text is cut to fit, never inside a UTF-8 character, and the number of bytes copied is
 /// returned. An unknown unit writes an empty string (when size >= 1) and returns 0; a null
 /// buf or size < 1 returns 0.

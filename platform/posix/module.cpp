@@ -52,7 +52,7 @@ bool KxIsModuleHandle(HINSTANCE h) {
     return dladdr(h, &info) != 0 && info.dli_fbase == h;
 }
 
-DWORD GetModuleFileNameA(HINSTANCE module, char* buffer, DWORD size) {
+DWORD KxModuleFileName(HINSTANCE module, char* buffer, DWORD size) {
     if (buffer == nullptr || size == 0) {
         errno = EINVAL;
         return 0;

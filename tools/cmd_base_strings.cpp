@@ -1,6 +1,7 @@
 // kxbase strings: prints the library's string table.
 #include <cstdio>
 
+#include <kxbase/base/string_table.h>
 #include <kxbase/platform/module.h>
 
 #include "command.h"

@@ -1,5 +1,5 @@
 // ZelTextToInt64: one signed 64-bit number from text, decimal or hexadecimal.
-#include <kxbase/widgets/int64_parse.h>
+#include <kxbase/base/int64_parse.h>
 
 namespace {
 

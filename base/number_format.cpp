@@ -1,12 +1,12 @@
 // Number helpers: fixed-place decimal text, its value, integer conversions and text forms.
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 #include <charconv>
 #include <cinttypes>
 #include <cmath>
 #include <cstdint>
 
-#include "geometry/saturate_p.h"
+#include "base/saturate_p.h"
 
 namespace {
 
@@ -137,7 +137,7 @@ double ZelFloatPrecision(double value, int digits, int round) {
     if (digits >= 1 && m < kFastLimit) {  // also false for NaN
         const int d = digits < 10 ? digits : 10;
         const double scale = kPow10Double[d];
-        const std::int64_t ip = static_cast<std::int64_t>(m + kxbase::detail::kEpsilon);
+        const std::int64_t ip = static_cast<std::int64_t>(m + kxbase::detail::kTolerance);
         double f = (m - static_cast<double>(ip)) * scale;
         if (round) f = f < 0.0 ? f - 0.5 : f + 0.5;
         const std::int64_t fu = static_cast<std::int64_t>(f < 0.0 ? f - 1e-10 : f + 1e-10);

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include <kxbase/widgets/bitmap.h>
+#include <kxbase/base/bitmap.h>
 
 namespace {
 

@@ -1,7 +1,10 @@
-// Saturating double-to-integer conversions and the library's two rounding rules.
+// Saturating double-to-integer conversions, the library's rounding rules, its one tolerance
+// and its one IEEE division.
 //
 // A C++ conversion of a double outside the target's range (or of NaN) is undefined; these
 // helpers clamp to the range instead and map NaN to 0, and are exact truncations otherwise.
+// (The B-spline point lanes keep a rounding of their own, half away from zero without the
+// epsilon and NaN to INT_MIN, which is what the SIMD conversion gives for free there.)
 #pragma once
 
 #include <cmath>
@@ -10,7 +13,9 @@
 
 namespace kxbase::detail {
 
-inline constexpr double kEpsilon = 1e-10;
+/// The library's one tolerance: the zero test of geometry (a difference strictly within
+/// +-1e-10 is none) and the epsilon step of the rounding rules below.
+inline constexpr double kTolerance = 1e-10;
 
 inline std::int32_t TruncI32(double v) {
     if (v >= 2147483648.0) return std::numeric_limits<std::int32_t>::max();
@@ -46,7 +51,7 @@ inline std::uint64_t TruncU64(double v) {
 /// The epsilon step: 1e-10 added to a value that is not negative (0.0 and -0.0 included),
 /// subtracted from a negative one.
 inline double AddEpsilon(double v) {
-    return v >= 0.0 ? v + kEpsilon : v - kEpsilon;
+    return v >= 0.0 ? v + kTolerance : v - kTolerance;
 }
 /// The half step: 0.5 added to a value that is not negative, subtracted from a negative one.
 inline double AddHalf(double v) {
@@ -57,7 +62,8 @@ inline double AddHalf(double v) {
 inline std::int32_t EpsTrunc32(double v) {
     return TruncI32(AddEpsilon(v));
 }
-/// Half-away rounding to int32 (saturating).
+/// Half-away rounding to int32, the library's rule for every double-to-integer result: the
+/// half step, then the epsilon step, then saturating truncation (NaN gives 0).
 inline std::int32_t HalfAway32(double v) {
     return TruncI32(AddEpsilon(AddHalf(v)));
 }
@@ -65,7 +71,7 @@ inline std::int32_t HalfAway32(double v) {
 /// CPrecise::PreciseInt, inlined for point loops.
 inline std::int32_t PreciseInt(double value, double precision) {
     double v = value >= 0.0 ? value + precision : value - precision;
-    v = v < 0.0 ? v - kEpsilon : v + kEpsilon;
+    v = v < 0.0 ? v - kTolerance : v + kTolerance;
     return TruncI32(v);
 }
 

@@ -1,5 +1,7 @@
 // The library's string table: the zh-CN display texts, stored as UTF-8 under the ids the
 // Windows resource script used, so hosts keep loading them by number.
+#include <kxbase/base/string_table.h>
+
 #include <kxbase/platform/module.h>
 
 #include <cstring>
@@ -44,7 +46,7 @@ const char* KxStringTableEntry(UINT id) {
     return nullptr;
 }
 
-int LoadStringA(HINSTANCE module, UINT id, char* buffer, int bufferMax) {
+int KxLoadString(HINSTANCE module, UINT id, char* buffer, int bufferMax) {
     if (buffer == nullptr || bufferMax < 1) return 0;
     buffer[0] = '\0';
     if (module != nullptr && module != KxLibraryHandle()) return 0;

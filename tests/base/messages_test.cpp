@@ -7,7 +7,7 @@
 #include <vector>
 
 #include <kxbase/platform/module.h>
-#include <kxbase/widgets/messages.h>
+#include <kxbase/base/messages.h>
 
 namespace {
 const std::string kPixel = "像素";   // string 14

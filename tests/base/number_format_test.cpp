@@ -7,7 +7,7 @@
 #include <limits>
 #include <random>
 
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 namespace {
 

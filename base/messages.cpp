@@ -1,12 +1,15 @@
 // Message helpers: texts are built here and handed to the host's hooks.
-#include <kxbase/widgets/messages.h>
+#include <kxbase/base/messages.h>
 
 #include <cstdio>
 #include <mutex>
 #include <string>
 #include <utility>
 
+#include <kxbase/base/string_table.h>
 #include <kxbase/platform/module.h>
+
+#include "platform/format_p.h"
 
 namespace {
 
@@ -22,15 +25,7 @@ Hooks& hooks() {
 }
 
 void append_v(std::string& out, const char* format, va_list args) {
-    va_list copy;
-    va_copy(copy, args);
-    const int n = std::vsnprintf(nullptr, 0, format, copy);
-    va_end(copy);
-    if (n <= 0) return;
-    const std::size_t at = out.size();
-    out.resize(at + static_cast<std::size_t>(n) + 1);
-    std::vsnprintf(out.data() + at, static_cast<std::size_t>(n) + 1, format, args);
-    out.resize(at + static_cast<std::size_t>(n));
+    kxbase::detail::AppendFormatV(out, format, args);
 }
 
 int show_dialog(const std::string& text, UINT type) {
@@ -69,7 +64,7 @@ KxStatusHook KxSetStatusHook(KxStatusHook hook) {
 CString ZelLoadString(HINSTANCE module, unsigned int id) {
     if (id == 0) return CString();
     char buf[1000];
-    const int n = LoadStringA(module, id, buf, static_cast<int>(sizeof buf));
+    const int n = KxLoadString(module, id, buf, static_cast<int>(sizeof buf));
     return n > 0 ? CString(buf, n) : CString();
 }
 

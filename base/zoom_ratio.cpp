@@ -1,5 +1,5 @@
 // Zoom-ratio steps of a view: ratios above 1 magnify; they stay between 1/20000 and 100.
-#include <kxbase/widgets/number_format.h>
+#include <kxbase/base/number_format.h>
 
 #include <cmath>
 
