@@ -74,6 +74,10 @@ bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
         return false;
     }
     FILE* f = out.File();
+    // The row buffer lives outside libpng's longjmp region: an error jump skips destructors.
+    const int perByte = 8 / depth;
+    const long long w = c.width * scale, h = c.height * scale;
+    std::vector<png_byte> row(static_cast<std::size_t>((w + perByte - 1) / perByte));
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (!png || !info || setjmp(png_jmpbuf(png))) {
@@ -86,7 +90,6 @@ bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
         return false;
     }
     png_init_io(png, f);
-    const long long w = c.width * scale, h = c.height * scale;
     png_set_IHDR(png, info, static_cast<png_uint_32>(w), static_cast<png_uint_32>(h), depth,
                  PNG_COLOR_TYPE_PALETTE, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                  PNG_FILTER_TYPE_DEFAULT);
@@ -94,8 +97,6 @@ bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
     if (depth == 2) palette[1] = {170, 170, 170};
     png_set_PLTE(png, info, palette, depth == 1 ? 2 : 4);
     png_write_info(png, info);
-    const int perByte = 8 / depth;
-    std::vector<png_byte> row(static_cast<std::size_t>((w + perByte - 1) / perByte));
     for (long long y = 0; y < h; ++y) {
         std::fill(row.begin(), row.end(), 0);
         const unsigned char* src = &c.px[static_cast<std::size_t>(y / scale * c.width)];
