@@ -60,7 +60,6 @@ LD_LIBRARY_PATH="$libdir" "$out/consumer/consumer_shared"
 # shellcheck disable=SC2046  # pkg-config prints several words on purpose
 g++ -std=c++20 tests/package/consumer.cpp -o "$out/consumer/consumer_pc" $(pkg-config --cflags --libs kxbase)
 LD_LIBRARY_PATH="$libdir" "$out/consumer/consumer_pc"
-if [ -f "$libdir/pkgconfig/kxbase_ui.pc" ]; then pkg-config --exists kxbase_ui; fi
 
 cmake -S examples -B "$out/examples" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$out/examples" -j "$jobs" >/dev/null
