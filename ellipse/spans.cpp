@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <new>
 
 #include <kxbase/ellipse/ellipse.h>
 
@@ -26,12 +27,19 @@ LONG Sat(std::int64_t v) {
 
 // The RSRLINE forms: inclusive bound and one run per row.
 int ToRecord(int first, RSRLINE& line) {
+    const INT_PTR n = line.spans.GetSize();
+    try {
+        line.counts.SetSize(n);
+    } catch (const std::bad_alloc&) {
+        // No memory for the counts: the record of a shape without area, like the array
+        // forms give when they run out of memory themselves.
+        line.counts.RemoveAll();
+        EmptySpans(line.spans, &line.rcBound);
+    }
     line.rcBound.right -= 1;
     line.rcBound.bottom -= 1;
-    const INT_PTR n = line.spans.GetSize();
-    line.counts.SetSize(n);
     int* c = line.counts.GetData();
-    for (INT_PTR i = 0; i < n; ++i) c[i] = 1;
+    for (INT_PTR i = 0; i < line.counts.GetSize(); ++i) c[i] = 1;
     return first;
 }
 

@@ -2,12 +2,142 @@
 #include <kxbase/geometry/transform.h>
 
 #include <cmath>
+#include <cstddef>
 
 #include "base/saturate_p.h"
+#include "geometry/point_map_p.h"
 #include "platform/sys.h"
 
+#if KXBASE_X86_DISPATCH
+#include <immintrin.h>
+#endif
+
+using kxbase::detail::AffineMap;
+using kxbase::detail::HostSimdLevel;
 using kxbase::detail::IeeeDiv;
+using kxbase::detail::MapPointsD;
 using kxbase::detail::PreciseInt;
+using kxbase::detail::SimdLevel;
+
+namespace kxbase::detail {
+namespace {
+
+// The coefficients are copied to locals first: stores through the point pointer could
+// otherwise alias them and force a reload per point.
+void MapPortable(const AffineMap& m, POINTD* p, int n) {
+    const double a = m.m11, b = m.m12, c = m.m21, d = m.m22, e = m.dx, f = m.dy;
+    if (m.axisAligned) {
+        for (int i = 0; i < n; ++i) {
+            p[i].x = p[i].x * a + e;
+            p[i].y = p[i].y * d + f;
+        }
+    } else {
+        for (int i = 0; i < n; ++i) {
+            const double x = p[i].x;
+            const double y = p[i].y;
+            p[i].x = x * a + y * c + e;
+            p[i].y = x * b + y * d + f;
+        }
+    }
+}
+
+#if KXBASE_X86_DISPATCH
+// The vector variants keep (x, y) pairs as they lie in memory. Per pair: the x lane needs
+// x*m11 + y*m21 + dx, the y lane x*m12 + y*m22 + dy, so x is broadcast over its pair and
+// multiplied by (m11, m12), y likewise by (m21, m22); the two products are added and then the
+// offsets, as in the portable loop.
+
+KXBASE_TARGET_AVX2 inline __m256d Map4(__m256d q, __m256d fx, __m256d fy, __m256d off) {
+    const __m256d xs = _mm256_unpacklo_pd(q, q), ys = _mm256_unpackhi_pd(q, q);
+    return _mm256_add_pd(_mm256_add_pd(_mm256_mul_pd(xs, fx), _mm256_mul_pd(ys, fy)), off);
+}
+
+KXBASE_TARGET_AVX2 void MapAvx2(const AffineMap& m, POINTD* p, int n) {
+    double* v = &p[0].x;
+    const std::size_t count = 2 * static_cast<std::size_t>(n);  // doubles
+    std::size_t i = 0;
+    const __m256d off = _mm256_setr_pd(m.dx, m.dy, m.dx, m.dy);
+    if (m.axisAligned) {
+        const __m256d s = _mm256_setr_pd(m.m11, m.m22, m.m11, m.m22);
+        for (; i + 8 <= count; i += 8) {
+            const __m256d a = _mm256_loadu_pd(v + i), b = _mm256_loadu_pd(v + i + 4);
+            _mm256_storeu_pd(v + i, _mm256_add_pd(_mm256_mul_pd(a, s), off));
+            _mm256_storeu_pd(v + i + 4, _mm256_add_pd(_mm256_mul_pd(b, s), off));
+        }
+    } else {
+        const __m256d fx = _mm256_setr_pd(m.m11, m.m12, m.m11, m.m12);
+        const __m256d fy = _mm256_setr_pd(m.m21, m.m22, m.m21, m.m22);
+        for (; i + 8 <= count; i += 8) {
+            const __m256d a = _mm256_loadu_pd(v + i), b = _mm256_loadu_pd(v + i + 4);
+            _mm256_storeu_pd(v + i, Map4(a, fx, fy, off));
+            _mm256_storeu_pd(v + i + 4, Map4(b, fx, fy, off));
+        }
+    }
+    // The tail runs SSE code: clear the upper register halves first, or every SSE
+    // instruction after this function would pay for merging them.
+    _mm256_zeroupper();
+    MapPortable(m, p + i / 2, n - static_cast<int>(i / 2));
+}
+
+KXBASE_TARGET_AVX512 inline __m512d Map4(__m512d q, __m512d fx, __m512d fy, __m512d off) {
+    const __m512d xs = _mm512_mask_unpacklo_pd(q, 0xFF, q, q),
+                  ys = _mm512_mask_unpackhi_pd(q, 0xFF, q, q);
+    return _mm512_add_pd(_mm512_add_pd(_mm512_mul_pd(xs, fx), _mm512_mul_pd(ys, fy)), off);
+}
+
+KXBASE_TARGET_AVX512 void MapAvx512(const AffineMap& m, POINTD* p, int n) {
+    double* v = &p[0].x;
+    const std::size_t count = 2 * static_cast<std::size_t>(n);  // doubles
+    std::size_t i = 0;
+    const __m512d off = _mm512_setr_pd(m.dx, m.dy, m.dx, m.dy, m.dx, m.dy, m.dx, m.dy);
+    if (m.axisAligned) {
+        const __m512d s = _mm512_setr_pd(m.m11, m.m22, m.m11, m.m22, m.m11, m.m22, m.m11, m.m22);
+        for (; i + 16 <= count; i += 16) {
+            const __m512d a = _mm512_loadu_pd(v + i), b = _mm512_loadu_pd(v + i + 8);
+            _mm512_storeu_pd(v + i, _mm512_add_pd(_mm512_mul_pd(a, s), off));
+            _mm512_storeu_pd(v + i + 8, _mm512_add_pd(_mm512_mul_pd(b, s), off));
+        }
+        if (i < count) {
+            const __mmask8 k = static_cast<__mmask8>((1u << (count - i < 8 ? count - i : 8)) - 1);
+            _mm512_mask_storeu_pd(
+                v + i, k, _mm512_add_pd(_mm512_mul_pd(_mm512_maskz_loadu_pd(k, v + i), s), off));
+            i += count - i < 8 ? count - i : 8;
+        }
+    } else {
+        const __m512d fx = _mm512_setr_pd(m.m11, m.m12, m.m11, m.m12, m.m11, m.m12, m.m11, m.m12);
+        const __m512d fy = _mm512_setr_pd(m.m21, m.m22, m.m21, m.m22, m.m21, m.m22, m.m21, m.m22);
+        for (; i + 16 <= count; i += 16) {
+            const __m512d a = _mm512_loadu_pd(v + i), b = _mm512_loadu_pd(v + i + 8);
+            _mm512_storeu_pd(v + i, Map4(a, fx, fy, off));
+            _mm512_storeu_pd(v + i + 8, Map4(b, fx, fy, off));
+        }
+        if (i < count) {
+            const __mmask8 k = static_cast<__mmask8>((1u << (count - i < 8 ? count - i : 8)) - 1);
+            _mm512_mask_storeu_pd(v + i, k, Map4(_mm512_maskz_loadu_pd(k, v + i), fx, fy, off));
+            i += count - i < 8 ? count - i : 8;
+        }
+    }
+    // The tail runs SSE code: clear the upper register halves first, or every SSE
+    // instruction after this function would pay for merging them.
+    _mm256_zeroupper();
+    MapPortable(m, p + i / 2, n - static_cast<int>(i / 2));
+}
+#endif
+
+}  // namespace
+
+void MapPointsD(const AffineMap& m, POINTD* p, int n, SimdLevel level) {
+#if KXBASE_X86_DISPATCH
+    if (level >= SimdLevel::kAvx512 && HostSimdLevel() >= SimdLevel::kAvx512)
+        return MapAvx512(m, p, n);
+    if (level >= SimdLevel::kAvx2 && HostSimdLevel() >= SimdLevel::kAvx2) return MapAvx2(m, p, n);
+#else
+    (void)level;
+#endif
+    MapPortable(m, p, n);
+}
+
+}  // namespace kxbase::detail
 
 namespace {
 
@@ -46,23 +176,8 @@ struct Mapper {
           dy(m.eDy),
           axisAligned(m.eM12 == 0.0 && m.eM21 == 0.0) {}
 
-    // The coefficients are copied to locals first: stores through the point pointer could
-    // otherwise alias them and force a reload per point, which also blocks vectorisation.
     void Map(POINTD* p, int n) const {
-        const double a = m11, b = m12, c = m21, d = m22, e = dx, f = dy;
-        if (axisAligned) {
-            for (int i = 0; i < n; ++i) {
-                p[i].x = p[i].x * a + e;
-                p[i].y = p[i].y * d + f;
-            }
-        } else {
-            for (int i = 0; i < n; ++i) {
-                const double x = p[i].x;
-                const double y = p[i].y;
-                p[i].x = x * a + y * c + e;
-                p[i].y = x * b + y * d + f;
-            }
-        }
+        MapPointsD({m11, m12, m21, m22, dx, dy, axisAligned}, p, n, HostSimdLevel());
     }
 
     void Map(POINTF* p, int n) const {

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <climits>
 #include <cstring>
+#include <new>
 
 #include "mathopt/scan_p.h"
 
@@ -136,7 +137,13 @@ bool AMathOpt::macaddress_TransToString(CString& text, const BYTE* mac) {
         text.Empty();
         return false;
     }
-    text.Format("%x-%x-%x-%x-%x-%x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
+    try {
+        text.Format("%x-%x-%x-%x-%x-%x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
+    } catch (const std::bad_alloc&) {
+        // The longest text needs the heap; without memory, the refusal of a null mac.
+        text.Empty();
+        return false;
+    }
     return true;
 }
 

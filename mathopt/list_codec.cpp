@@ -98,8 +98,8 @@ int ToLength(size_t n) {
 
 }  // namespace
 
-// Running out of memory while building a text gives an empty result (0), as every
-// allocation failure inside the library does.
+// Running out of memory while building a text gives an empty result (0), and while reading
+// a list no items (0), as every allocation failure inside the library does.
 
 int AMathOpt::TransListToString(CString& text, const void* list, int count, BYTE type, int hex) {
     try {
@@ -161,7 +161,8 @@ int AMathOpt::TransListFromString(void* list, int max, BYTE type, const char* te
             if (!comma) break;
             s = comma + 1;
         } catch (const std::bad_alloc&) {
-            break;
+            // A list cut short by memory is not reported as a shorter list.
+            return 0;
         }
     return stored;
 }
@@ -214,5 +215,7 @@ int AMathOpt::TransListFromString(CStringArray& items, const char* text) try {
     }
     return static_cast<int>(items.GetSize());
 } catch (const std::bad_alloc&) {
-    return static_cast<int>(items.GetSize());
+    // No partial list: the caller cannot tell a list cut short by memory from a short text.
+    items.RemoveAll();
+    return 0;
 }

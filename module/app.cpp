@@ -1,7 +1,6 @@
 // The application object's start-up and exit.
 #include "module/app_p.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -67,7 +66,7 @@ const char* KxProductTreeNote() {
 }
 
 int CkxBaseCommonApp::InitInstance() {
-    const int savedErrno = errno;
+    const DWORD savedError = kxbase::sys::LastSystemError();
     m_hInstance = KxLibraryHandle();
     CCostTime::PerformanceCounter_Init();
     g_Error.ClearError();
@@ -78,7 +77,7 @@ int CkxBaseCommonApp::InitInstance() {
                                      kxbase::sys::TrustedEnvironment(KXBASE_PRODUCT_DIR_ENV));
     AMathOpt::Init();
     ACompress::Init();
-    errno = savedErrno;
+    kxbase::sys::SetLastSystemError(savedError);
     return 1;
 }
 

@@ -37,7 +37,8 @@ std::string TranslateFormat(const char* format) {
 
 void AppendFormatV(std::string& out, const char* format, va_list args) {
     if (format == nullptr) return;
-    const std::string translated = std::strchr(format, 'I') ? TranslateFormat(format) : std::string();
+    const std::string translated =
+        std::strchr(format, 'I') ? TranslateFormat(format) : std::string();
     const char* fmt = translated.empty() ? format : translated.c_str();
     va_list copy;
     va_copy(copy, args);
@@ -198,7 +199,9 @@ CString& CString::MakeLower() {
 
 int CString::Compare(const char* s) const { return std::strcmp(m_str.c_str(), s ? s : ""); }
 
-int CString::CompareNoCase(const char* s) const { return compare_no_case(m_str.c_str(), s ? s : ""); }
+int CString::CompareNoCase(const char* s) const {
+    return compare_no_case(m_str.c_str(), s ? s : "");
+}
 
 char* CString::GetBuffer(int minLength) {
     if (minLength > GetLength()) m_str.resize(static_cast<std::size_t>(minLength));

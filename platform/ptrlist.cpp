@@ -146,3 +146,19 @@ POSITION CPtrList::FindIndex(INT_PTR index) const {
     while (index-- > 0) n = n->next;
     return KX_POS(n);
 }
+
+int APtrList::FindPosition(POSITION pos) const {
+    if (pos == nullptr) return 0x7FFFFFFF;
+    int index = 0;
+    for (POSITION at = GetHeadPosition(); at != nullptr; ++index) {
+        if (at == pos) return index;
+        GetNext(at);
+    }
+    return 0x7FFFFFFF;
+}
+
+POSITION APtrList::InsertAt(int nIndex, void* p) {
+    if (nIndex < 1) return AddHead(p);
+    if (nIndex < GetCount()) return InsertBefore(FindIndex(nIndex), p);
+    return AddTail(p);
+}

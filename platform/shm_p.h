@@ -50,12 +50,18 @@ void* ShmMap(ShmHandle fd, UINT64 offset, std::size_t length, int& err);
 
 void ShmUnmap(void* view, std::size_t length);
 
-/// Prepares [at, at + length) of a view for a copy: the pages are faulted in with one call
-/// (far cheaper than one fault per page), ready for reading and writing. Fails, instead of letting
-/// the copy fault, when the pages cannot be had: the object was cut short under the view
-/// (EFAULT) or the shared memory file system is full (ENOMEM). Kernels without the call
-/// give true and leave the faults to the copy.
-bool ShmPrefault(void* at, std::size_t length, bool write, int& err);
+/// Copies `length` bytes from `buffer` into the object at `offset` through the descriptor
+/// (pwrite): the kernel copies straight into the object's pages, so no page of a view is
+/// touched and no page-table entry is set up. Never grows the object: a range that does not
+/// lie inside the object as it is now (another process cut it short) fails with EFAULT
+/// before anything of it is written. A full shared memory file system fails with ENOSPC,
+/// possibly after part of the range was written. Short writes and EINTR are retried.
+bool ShmWrite(ShmHandle fd, UINT64 offset, const void* buffer, std::size_t length, int& err);
+
+/// Copies `length` bytes of the object at `offset` into `buffer` through the descriptor
+/// (pread). A range that runs past the object's end (cut short) fails with EFAULT after the
+/// bytes before the end were copied. Short reads and EINTR are retried.
+bool ShmRead(ShmHandle fd, UINT64 offset, void* buffer, std::size_t length, int& err);
 
 /// Closes a handle from ShmCreate or ShmOpen (releasing a creator's mark).
 void ShmClose(ShmHandle fd);

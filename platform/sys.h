@@ -31,6 +31,8 @@ void SetLastSystemError(DWORD code);
 /// The codes the library itself reports through the last system error.
 DWORD ErrorNoSuchFile();       // a path or module that does not exist
 DWORD ErrorInvalidArgument();  // a null or empty argument
+DWORD ErrorOutOfMemory();      // memory exhausted
+DWORD ErrorInvalidHandle();    // an object (a thread) that does not exist
 
 /// The system's message for an error code, in the current language. False (text untouched)
 /// when the system has no message of its own for that code.

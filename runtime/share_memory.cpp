@@ -150,18 +150,19 @@ int CShareMemoryBase::_DataExchange(UINT64 pos, void* buffer, DWORD length, int 
         const bool inside =
             m_pView != nullptr && pos >= m_nViewStart && pos - m_nViewStart < m_nViewLength;
         if (inside) {
-            BYTE* at = m_pView + (pos - m_nViewStart);
+            // The part of the transfer inside the window moves through the descriptor: the
+            // kernel copies between the caller's buffer and the area's pages directly, where
+            // a copy through the view would fault in every page the window had not touched
+            // yet, each time the window moves over it.
             const UINT64 room = m_nViewLength - (pos - m_nViewStart);
             const DWORD part = length <= room ? length : static_cast<DWORD>(room);
             int err = 0;
-            if (!ShmPrefault(at, part, write != 0, err)) {
+            const bool copied = write ? ShmWrite(m_hMap, pos, bytes, part, err)
+                                      : ShmRead(m_hMap, pos, bytes, part, err);
+            if (!copied) {
                 SetSystemError(kMapFailed, err);
                 return 0;
             }
-            if (write)
-                std::memcpy(at, bytes, part);
-            else
-                std::memcpy(bytes, at, part);
             if (part == length) return 1;
             pos += part;
             bytes += part;

@@ -2,7 +2,6 @@
 #include <kxbase/runtime/thread.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <new>
 #include <thread>
@@ -79,14 +78,14 @@ bool kxBaseThread::Create(void* param) {
         terminated = std::make_shared<std::atomic<bool>>(false);
         args = new RunArgs{this, terminated};
     } catch (...) {
-        errno = ENOMEM;
+        kxbase::sys::SetLastSystemError(kxbase::sys::ErrorOutOfMemory());
         return false;
     }
     int err = 0;
     m_hThread = OsThread::Start(thread_entry, args, err);
     if (!m_hThread) {
         delete args;
-        errno = err;
+        kxbase::sys::SetLastSystemError(static_cast<DWORD>(err));
         return false;
     }
     m_pTerminated = std::move(terminated);
@@ -157,7 +156,7 @@ int kxBaseThread::SetThreadPriority(int priority) {
     const int nice = std::clamp(m_nNormalNice - kNiceStep * priority, kNiceMin, kNiceMax);
     int err = 0;
     if (!m_hThread->SetNice(nice, err)) {
-        errno = err;
+        kxbase::sys::SetLastSystemError(static_cast<DWORD>(err));
         return 0;
     }
     return 1;
@@ -165,7 +164,7 @@ int kxBaseThread::SetThreadPriority(int priority) {
 
 DWORD kxBaseThread::SetThreadIdealProcessor(DWORD processor) {
     if (!m_hThread) {
-        errno = EBADF;
+        kxbase::sys::SetLastSystemError(kxbase::sys::ErrorInvalidHandle());
         return kIdealProcessorFailed;
     }
     int err = 0;
@@ -175,7 +174,7 @@ DWORD kxBaseThread::SetThreadIdealProcessor(DWORD processor) {
     if (!m_hThread->SetAffinity(processor, err)) {
         ZelStatusMsg("%s",
                      CErrorInfo::TransSystemErrorCodeToString(static_cast<DWORD>(err)).GetString());
-        errno = err;
+        kxbase::sys::SetLastSystemError(static_cast<DWORD>(err));
         return kIdealProcessorFailed;
     }
     m_nIdealProcessor = processor;

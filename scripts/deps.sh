@@ -7,8 +7,10 @@ packages=(
     build-essential cmake ninja-build pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libcli11-dev libpng-dev
     clang-14 libclang-rt-14-dev libfuzzer-14-dev
-    libtiff-dev libpixman-1-dev libcairo2-dev libagg-dev libsisl-dev libboost-dev
+    libtiff-dev libtiff-tools zlib1g-dev libpixman-1-dev libcairo2-dev libagg-dev libsisl-dev libboost-dev
     libssl-dev libsodium-dev
+    doxygen dpkg-dev file lintian
+    qt6-base-dev xvfb xauth fonts-wqy-microhei
     g++-mingw-w64-x86-64-posix wine64 googletest
 )
 missing=()

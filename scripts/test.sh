@@ -4,8 +4,10 @@
 #   1. unit tests and the golden-vector runner under AddressSanitizer + UndefinedBehaviorSanitizer
 #   2. the concurrency tests (label "tsan") under ThreadSanitizer
 #   3. every libFuzzer target for a short fixed time (clang, ASan + UBSan)
-#   4. a release build of the tool and the benchmarks, so they keep compiling
-#   5. an install into a temporary prefix and a consumer built against it
+#   4. a release build of the tool and the benchmarks, so they keep compiling, and the API
+#      reference (its Doxygen warnings are counted by kind; the log stays in build/release/docs)
+#   5. the Debian packages from that build: lintian, then the consumer and every example
+#      built and run against the extracted packages (scripts/package.sh)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/deps.sh
@@ -43,21 +45,12 @@ cmake --build build/fuzz -j "$jobs"
 bash scripts/fuzz.sh build/fuzz "$fuzz_seconds"
 
 echo "== release build of the tool and the benchmarks"
-cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DKXBASE_BUILD_TESTS=OFF -DKXBASE_BUILD_BENCH=ON >/dev/null
+cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DKXBASE_BUILD_TESTS=OFF -DKXBASE_BUILD_BENCH=ON \
+    -DKXBASE_BUILD_DOCS=ON -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
 cmake --build build/release -j "$jobs"
 build/release/tools/kxbase --version
+cmake --build build/release --target docs
 
-echo "== installed package: a consumer through CMake and through pkg-config"
-prefix=$(mktemp -d)
-trap 'rm -rf "$prefix"' EXIT
-cmake --install build/release --prefix "$prefix" >/dev/null
-cmake -S tests/package -B build/consumer -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
-cmake --build build/consumer
-libdir=$(dirname "$(find "$prefix" -name 'libkxBaseCommon.so' | head -n 1)")
-LD_LIBRARY_PATH="$libdir" build/consumer/consumer_shared
-build/consumer/consumer_static
-PKG_CONFIG_PATH="$libdir/pkgconfig" pkg-config --exists kxbase
-g++ -std=c++20 tests/package/consumer.cpp -o build/consumer/consumer_pc \
-    $(PKG_CONFIG_PATH="$libdir/pkgconfig" pkg-config --cflags --libs kxbase)
-LD_LIBRARY_PATH="$libdir" build/consumer/consumer_pc
+echo "== Debian packages: lintian, then the consumer and the examples against them"
+bash scripts/package.sh build/release
 echo "all tests passed"

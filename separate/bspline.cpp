@@ -4,9 +4,23 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <type_traits>
 #include <vector>
 
+#include "geometry/simd_level_p.h"
 #include "point_lanes_p.h"
+
+#if KXBASE_X86_DISPATCH
+#include <immintrin.h>
+#endif
+
+namespace kxbase::detail {
+
+/// The double conversion's spans (mode 1, n >= 4 points) with the variant of `level`; every
+/// variant forms the same products and sums in the same order. Private, for the unit tests.
+void BSplineSpansD(const POINTD* in, int n, POINTD* out, SimdLevel level);
+
+}  // namespace kxbase::detail
 
 namespace {
 
@@ -72,17 +86,107 @@ int Convert(const P* in, int n, P* out, int& outCount, int mode) {
     }
     if (n < 4 || n > SEPARATE::kMaxControlPoints) return 0;
 
-    const std::size_t bytes = std::size_t{4} * static_cast<std::size_t>(n - 1) * sizeof(P);
-    if (kxbase::detail::kCanStream && bytes >= kStreamBytes &&
-        reinterpret_cast<std::uintptr_t>(out) % 16 == 0) {
-        SplineSpans<typename Sinks::template type<true>>(in, n, out);
-        kxbase::detail::StreamFence();
+    if constexpr (std::is_same_v<P, POINTD>) {
+        kxbase::detail::BSplineSpansD(in, n, out, kxbase::detail::HostSimdLevel());
     } else {
-        SplineSpans<typename Sinks::template type<false>>(in, n, out);
+        const std::size_t bytes = std::size_t{4} * static_cast<std::size_t>(n - 1) * sizeof(P);
+        if (kxbase::detail::kCanStream && bytes >= kStreamBytes &&
+            reinterpret_cast<std::uintptr_t>(out) % 16 == 0) {
+            SplineSpans<typename Sinks::template type<true>>(in, n, out);
+            kxbase::detail::StreamFence();
+        } else {
+            SplineSpans<typename Sinks::template type<false>>(in, n, out);
+        }
     }
     outCount = 4 * (n - 1);
     return 1;
 }
+
+}  // namespace
+
+namespace kxbase::detail {
+namespace {
+
+void SpansPortable(const POINTD* in, int n, POINTD* out) {
+    using Sinks = SinkFor<POINTD>;
+    const std::size_t bytes = std::size_t{4} * static_cast<std::size_t>(n - 1) * sizeof(POINTD);
+    if (kCanStream && bytes >= kStreamBytes && reinterpret_cast<std::uintptr_t>(out) % 16 == 0) {
+        SplineSpans<Sinks::type<true>>(in, n, out);
+        StreamFence();
+    } else {
+        SplineSpans<Sinks::type<false>>(in, n, out);
+    }
+}
+
+#if KXBASE_X86_DISPATCH
+// One window's four Bezier points in one 512-bit register, a point per 128-bit lane. Each of
+// A, B, C, D is broadcast to the four lanes and multiplied by its column of the weight matrix
+// (zeros included), and the four products are summed left to right: lane j then holds exactly
+// the sum Span forms for point j.
+struct Avx512Weights {
+    __m512d a, b, c, d;
+};
+
+KXBASE_TARGET_AVX512 inline __m512d Broadcast(__m128d p) {
+    // The masked form with an all-ones mask is the plain broadcast; the unmasked intrinsic trips
+    // GCC 12's uninitialised-value warning inside its own header.
+    return _mm512_mask_broadcast_f64x2(_mm512_setzero_pd(), 0xFF, p);
+}
+
+KXBASE_TARGET_AVX512 inline __m512d SpanAvx512(const Avx512Weights& w, __m512d A, __m512d B,
+                                               __m512d C, __m512d D) {
+    __m512d s = _mm512_add_pd(_mm512_mul_pd(A, w.a), _mm512_mul_pd(B, w.b));
+    s = _mm512_add_pd(s, _mm512_mul_pd(C, w.c));
+    return _mm512_add_pd(s, _mm512_mul_pd(D, w.d));
+}
+
+KXBASE_TARGET_AVX512 inline __m128d PhantomAvx512(__m128d end, __m128d inner) {
+    return _mm_sub_pd(_mm_mul_pd(_mm_set1_pd(2.0), end), inner);
+}
+
+// Plain stores: on the processors with AVX-512 measured, full 64-byte stores of a window
+// outrun non-temporal 16-byte ones, and one store per window is all the loop writes.
+KXBASE_TARGET_AVX512 void SpansAvx512(const POINTD* in, int n, POINTD* out) {
+    // Columns of the weight matrix, lane by lane (x and y share a weight).
+    const Avx512Weights w{
+        _mm512_setr_pd(kA, kA, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0),
+        _mm512_setr_pd(kB, kB, kB, kB, kC, kC, kA, kA),
+        _mm512_setr_pd(kA, kA, kC, kC, kB, kB, kB, kB),
+        _mm512_setr_pd(0.0, 0.0, 0.0, 0.0, 0.0, 0.0, kA, kA),
+    };
+    const __m128d p0 = _mm_loadu_pd(&in[0].x), p1 = _mm_loadu_pd(&in[1].x);
+    __m512d A = Broadcast(PhantomAvx512(p0, p1)), B = Broadcast(p0), C = Broadcast(p1),
+            D = Broadcast(_mm_loadu_pd(&in[2].x));
+    double* o = &out[0].x;
+    for (int k = 3; k < n; ++k, o += 8) {
+        _mm512_storeu_pd(o, SpanAvx512(w, A, B, C, D));
+        A = B;
+        B = C;
+        C = D;
+        D = Broadcast(_mm_loadu_pd(&in[k].x));
+    }
+    _mm512_storeu_pd(o, SpanAvx512(w, A, B, C, D));
+    const __m128d last = _mm_loadu_pd(&in[n - 1].x), before = _mm_loadu_pd(&in[n - 2].x);
+    _mm512_storeu_pd(o + 8, SpanAvx512(w, B, C, D, Broadcast(PhantomAvx512(last, before))));
+    _mm256_zeroupper();
+}
+#endif
+
+}  // namespace
+
+void BSplineSpansD(const POINTD* in, int n, POINTD* out, SimdLevel level) {
+#if KXBASE_X86_DISPATCH
+    if (level >= SimdLevel::kAvx512 && HostSimdLevel() >= SimdLevel::kAvx512)
+        return SpansAvx512(in, n, out);
+#else
+    (void)level;
+#endif
+    SpansPortable(in, n, out);
+}
+
+}  // namespace kxbase::detail
+
+namespace {
 
 // Copies the polygon with its phantom points: Q, P0, ..., Pn-1, R (n + 2 points), or an empty
 // vector when the copy cannot be allocated.

@@ -2,10 +2,11 @@
 // codecs into the container described in codec_container.h.
 // kxbase decompress IN OUT: restores such a file; the container names the codec.
 //
-// Exit status: 0 done; 1 a file could not be opened, read or written; 2 a usage error, data
+// Exit status: 0 done; 1 OUT could not be created or written (a full disk, the file-size
+// limit, a folder that cannot be written); 2 a usage error, an IN that cannot be read, data
 // the codec cannot take (a zero byte for base64, a pixel value too large for its depth), or
-// a foreign or damaged compressed file. A failed command removes OUT when it is a regular file.
-#include <sys/stat.h>
+// a foreign, damaged, truncated or empty compressed file. OUT is written whole or not at
+// all: a failed command leaves an existing OUT as it was and creates none.
 
 #include <cerrno>
 #include <cinttypes>
@@ -18,6 +19,7 @@
 
 #include "codec_container.h"
 #include "command.h"
+#include "out_file.h"
 
 namespace {
 
@@ -57,13 +59,10 @@ class Files {
 public:
     ~Files() {
         if (m_in) std::fclose(m_in);
-        if (m_out) {
-            std::fclose(m_out);
-            if (!m_keep && m_regular) std::remove(m_outPath.c_str());
-        }
     }
     // Opens both files; prints the reason and returns the exit status on failure (2 when
-    // OUT would overwrite IN, 1 when a file cannot be opened), 0 on success.
+    // OUT would overwrite IN or IN cannot be read, 1 when OUT cannot be created), 0 on
+    // success. OUT is written to a temporary file that only a successful Close() renames.
     int Open(const std::string& in, const std::string& out) {
         std::error_code ec;
         if (std::filesystem::exists(out, ec) && std::filesystem::equivalent(in, out, ec)) {
@@ -71,12 +70,16 @@ public:
             return 2;
         }
         m_in = std::fopen(in.c_str(), "rb");
-        if (!m_in) return Fail("cannot open", in);
-        m_out = std::fopen(out.c_str(), "wb");
+        if (!m_in) {
+            Fail("cannot open", in);
+            return 2;
+        }
         m_outPath = out;
-        if (!m_out) return Fail("cannot create", out);
-        struct stat st {};
-        m_regular = fstat(fileno(m_out), &st) == 0 && S_ISREG(st.st_mode);
+        std::string error;
+        if (!m_out.Open(out, error)) {
+            std::fprintf(stderr, "kxbase: %s\n", error.c_str());
+            return 1;
+        }
         return 0;
     }
     // Prints why a file operation failed; returns the exit status 1.
@@ -90,20 +93,23 @@ public:
     codec::Write Writer() {
         return [this](const std::uint8_t* p, std::size_t n) {
             m_written += n;
-            return std::fwrite(p, 1, n, m_out) == n;
+            if (std::fwrite(p, 1, n, m_out.File()) == n) return true;
+            m_writeErrno = errno;
+            return false;
         };
     }
     // Flushes and closes the output; false (with the reason printed) when that fails.
     bool Close() {
-        const bool ok = std::fclose(m_out) == 0;
-        m_out = nullptr;
-        if (!ok) {
-            Fail("cannot write", m_outPath);
-            if (m_regular) std::remove(m_outPath.c_str());
-            return false;
-        }
-        m_keep = true;
-        return true;
+        std::string error;
+        if (m_out.Commit(error)) return true;
+        std::fprintf(stderr, "kxbase: %s\n", error.c_str());
+        return false;
+    }
+    // Reports the failed write (the temporary file is discarded with the object).
+    int WriteFailed() const {
+        std::fprintf(stderr, "kxbase: %s\n",
+                     kxtool::WriteError(m_outPath, m_writeErrno ? m_writeErrno : EIO).c_str());
+        return 1;
     }
     bool ReadFailed() const { return m_in && std::ferror(m_in); }
     std::uint64_t Written() const { return m_written; }
@@ -111,11 +117,10 @@ public:
 
 private:
     std::FILE* m_in = nullptr;
-    std::FILE* m_out = nullptr;
+    kxtool::OutFile m_out;
     std::string m_outPath;
     std::uint64_t m_written = 0;
-    bool m_keep = false;
-    bool m_regular = false;
+    int m_writeErrno = 0;
 };
 
 std::string CodecNames() {
@@ -137,10 +142,9 @@ int Finish(codec::Result r, const std::string& error, Files& files, const std::s
                 Files::Fail("cannot read", in);
             else
                 std::fprintf(stderr, "kxbase: %s: %s\n", in.c_str(), error.c_str());
-            return 1;
+            return 2;
         case codec::Result::WriteError:
-            Files::Fail("cannot write", files.OutPath());
-            return 1;
+            return files.WriteFailed();
     }
     return 1;
 }
@@ -162,7 +166,7 @@ int RunCompress(const CompressArgs& a) {
     const std::uint64_t length = std::filesystem::file_size(a.in, ec);
     if (ec) {
         std::fprintf(stderr, "kxbase: cannot read %s: %s\n", a.in.c_str(), ec.message().c_str());
-        return 1;
+        return 2;
     }
     // Check the options before OUT is created.
     codec::Header h;
@@ -200,7 +204,7 @@ int RunDecompress(const DecompressArgs& a) {
     const std::uint64_t size = std::filesystem::file_size(a.in, ec);
     if (ec) {
         std::fprintf(stderr, "kxbase: cannot read %s: %s\n", a.in.c_str(), ec.message().c_str());
-        return 1;
+        return 2;
     }
     Files files;
     if (const int status = files.Open(a.in, a.out)) return status;
@@ -238,7 +242,8 @@ kxtool::Command compress{
         sub.add_option("IN", a->in, "File to compress")->required();
         sub.add_option("OUT", a->out, "Compressed file to write")->required();
         sub.footer(
-            "Exit status: 0 done, 1 file error, 2 usage error or data the codec cannot take.");
+            "Exit status: 0 done, 1 OUT cannot be written, 2 usage error, unreadable IN or data "
+            "the codec cannot take.");
         return [a] { return RunCompress(*a); };
     }};
 
@@ -249,7 +254,8 @@ kxtool::Command decompress{
         sub.add_option("IN", a->in, "Compressed file")->required();
         sub.add_option("OUT", a->out, "Restored file to write")->required();
         sub.footer(
-            "Exit status: 0 done, 1 file error, 2 usage error or a foreign or damaged file.");
+            "Exit status: 0 done, 1 OUT cannot be written, 2 usage error, unreadable IN or a "
+            "foreign, damaged or truncated file.");
         return [a] { return RunDecompress(*a); };
     }};
 

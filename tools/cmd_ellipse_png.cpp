@@ -13,6 +13,7 @@
 // in a 2-bit palette image: white background, grey runs, black outline pixels that lie on a
 // run, red outline pixels that lie outside every run.
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
@@ -27,6 +28,7 @@
 #include <kxbase/geometry/transform.h>
 
 #include "command.h"
+#include "out_file.h"
 
 namespace {
 
@@ -65,21 +67,29 @@ struct Canvas {
 
 // Writes the canvas, each pixel as a scale x scale block.
 bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
-    FILE* f = std::fopen(path.c_str(), "wb");
-    if (!f) {
-        std::fprintf(stderr, "ellipse: cannot write %s\n", path.c_str());
+    kxtool::OutFile out;
+    std::string error;
+    if (!out.Open(path, error)) {
+        std::fprintf(stderr, "ellipse: %s\n", error.c_str());
         return false;
     }
+    FILE* f = out.File();
+    // The row buffer lives outside libpng's longjmp region: an error jump skips destructors.
+    const int perByte = 8 / depth;
+    const long long w = c.width * scale, h = c.height * scale;
+    std::vector<png_byte> row(static_cast<std::size_t>((w + perByte - 1) / perByte));
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (!png || !info || setjmp(png_jmpbuf(png))) {
+        const int err = errno;
         png_destroy_write_struct(&png, &info);
-        std::fclose(f);
-        std::fprintf(stderr, "ellipse: PNG encoding failed\n");
+        if (std::ferror(f))
+            std::fprintf(stderr, "ellipse: %s\n", kxtool::WriteError(path, err).c_str());
+        else
+            std::fprintf(stderr, "ellipse: PNG encoding failed\n");
         return false;
     }
     png_init_io(png, f);
-    const long long w = c.width * scale, h = c.height * scale;
     png_set_IHDR(png, info, static_cast<png_uint_32>(w), static_cast<png_uint_32>(h), depth,
                  PNG_COLOR_TYPE_PALETTE, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                  PNG_FILTER_TYPE_DEFAULT);
@@ -87,8 +97,6 @@ bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
     if (depth == 2) palette[1] = {170, 170, 170};
     png_set_PLTE(png, info, palette, depth == 1 ? 2 : 4);
     png_write_info(png, info);
-    const int perByte = 8 / depth;
-    std::vector<png_byte> row(static_cast<std::size_t>((w + perByte - 1) / perByte));
     for (long long y = 0; y < h; ++y) {
         std::fill(row.begin(), row.end(), 0);
         const unsigned char* src = &c.px[static_cast<std::size_t>(y / scale * c.width)];
@@ -101,7 +109,9 @@ bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
     }
     png_write_end(png, nullptr);
     png_destroy_write_struct(&png, &info);
-    return std::fclose(f) == 0;
+    if (out.Commit(error)) return true;
+    std::fprintf(stderr, "ellipse: %s\n", error.c_str());
+    return false;
 }
 
 struct Options {

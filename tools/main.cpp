@@ -1,5 +1,6 @@
 // kxbase: the command-line face of kxBaseCommon. See `kxbase --help`.
 #include <algorithm>
+#include <csignal>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -22,6 +23,9 @@ Command::Command(std::string name, std::string help, Setup setup) {
 }  // namespace kxtool
 
 int main(int argc, char** argv) {
+    // Past the file-size limit (RLIMIT_FSIZE) the kernel would end the process with SIGXFSZ
+    // and no word; ignored, the write fails with EFBIG and the command reports it.
+    std::signal(SIGXFSZ, SIG_IGN);
     CLI::App app{"kxbase " KXBASE_VERSION_STRING " - tools over the kxBaseCommon library"};
     app.require_subcommand(1);
     app.set_version_flag("--version", KXBASE_VERSION_STRING);

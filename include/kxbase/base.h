@@ -6,3 +6,4 @@
 #include <kxbase/base/messages.h>
 #include <kxbase/base/number_format.h>
 #include <kxbase/base/string_table.h>
+#include <kxbase/base/bitmap.h>

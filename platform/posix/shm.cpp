@@ -137,21 +137,58 @@ void ShmUnmap(void* view, std::size_t length) {
     if (view != nullptr && length != 0) munmap(view, length);
 }
 
-bool ShmPrefault(void* at, std::size_t length, bool write, int& err) {
+bool ShmWrite(ShmHandle handle, UINT64 offset, const void* buffer, std::size_t length, int& err) {
     err = 0;
-    if (length == 0) return true;
-    static const std::uintptr_t page = ShmGranularity();
-    const auto first = reinterpret_cast<std::uintptr_t>(at) & ~(page - 1);
-    const auto end = reinterpret_cast<std::uintptr_t>(at) + length;
-    // A read population serves writes too: views of shared memory objects need no write
-    // notification, so the entries come in writable, and it is the cheaper of the two
-    // calls. (For a hole it allocates the page, which the copy would do anyway.)
-    (void)write;
-    if (madvise(reinterpret_cast<void*>(first), end - first, MADV_POPULATE_READ) == 0) return true;
-    // EINVAL: a kernel that predates the call; the copy then faults the pages in itself.
-    if (errno == EINVAL) return true;
-    err = errno;
-    return false;
+    const int fd = static_cast<int>(handle);
+    const auto* bytes = static_cast<const unsigned char*>(buffer);
+    while (length != 0) {
+        // pwrite past the end would grow the object, undoing another process's truncation
+        // and handing out pages beyond the area; the size is checked on every pass because a
+        // short write may have let a truncation in.
+        const UINT64 objectSize = ShmObjectSize(handle);
+        if (offset > objectSize || length > objectSize - offset) {
+            err = EFAULT;
+            return false;
+        }
+        const ssize_t n = pwrite(fd, bytes, length, static_cast<off_t>(offset));
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            err = errno;
+            return false;
+        }
+        if (n == 0) {  // no progress and no reason: do not spin
+            err = EIO;
+            return false;
+        }
+        const auto done = static_cast<std::size_t>(n);
+        bytes += done;
+        offset += done;
+        length -= done;
+    }
+    return true;
+}
+
+bool ShmRead(ShmHandle handle, UINT64 offset, void* buffer, std::size_t length, int& err) {
+    err = 0;
+    const int fd = static_cast<int>(handle);
+    auto* bytes = static_cast<unsigned char*>(buffer);
+    while (length != 0) {
+        const ssize_t n = pread(fd, bytes, length, static_cast<off_t>(offset));
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            err = errno;
+            return false;
+        }
+        if (n == 0) {  // the object ends before the range does: it was cut short
+            err = EFAULT;
+            return false;
+        }
+        const auto done = static_cast<std::size_t>(n);
+        bytes += done;
+        offset += done;
+        length -= done;
+    }
+    return true;
 }
 
 void ShmClose(ShmHandle handle) {

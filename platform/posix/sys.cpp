@@ -44,6 +44,14 @@ DWORD ErrorInvalidArgument() {
     return EINVAL;
 }
 
+DWORD ErrorOutOfMemory() {
+    return ENOMEM;
+}
+
+DWORD ErrorInvalidHandle() {
+    return EBADF;
+}
+
 bool SystemErrorText(DWORD code, std::string& text) {
     // strerrordesc_np knows exactly the codes that have a message (it returns null for the
     // rest, where strerror_r would invent "Unknown error N"); strerror_r gives the text in

@@ -42,6 +42,31 @@ TEST(ZelFloatPrecision, EqualsParsedText) {
     EXPECT_EQ(ZelFloor(1e15 + 0.5), 1e15);  // integer part beyond 32 bits keeps its value
 }
 
+// Fault: the sign-free fast path of ZelFloatPrecision drifts from the text where its steps
+// are least symmetric: values within a few ulps or within the 1e-10 epsilon of an integer
+// or of a rounding half-way point, of either sign, at every place count, with and without
+// rounding, and around the magnitude where the fast path hands over to the general one.
+TEST(ZelFloatPrecision, EqualsParsedTextAtEdges) {
+    const double bases[] = {0.0, 1.0, 2.5, 7.0, 123.0, 899999.0, 900000.0, 900001.0, 4503599.0};
+    const double offsets[] = {0.0, 1e-10, 9e-11, 1.1e-10, 5e-9, 0.5e-8, 0.49999999e-8, 0.5};
+    for (double base : bases)
+        for (double off : offsets)
+            for (double sign : {1.0, -1.0})
+                for (double towards : {-1.0, 1.0}) {
+                    double v = sign * (base + towards * off);
+                    for (int ulp = 0; ulp < 3; ++ulp, v = std::nextafter(v, sign * kInf))
+                        for (int d = 0; d <= 11; ++d)
+                            for (int r = 0; r <= 1; ++r) {
+                                const CString text = ZelFloatPrecisionString(v, d, r);
+                                const double back = std::strtod(text.GetString(), nullptr);
+                                const double got = ZelFloatPrecision(v, d, r);
+                                ASSERT_EQ(std::signbit(got), std::signbit(back)) << v << " " << d;
+                                ASSERT_EQ(got, back)
+                                    << v << " d=" << d << " r=" << r << " " << text.GetString();
+                            }
+                }
+}
+
 // Fault: integer conversions overflow at their limits instead of saturating, or a zoom step
 // leaves the ratio out of range (or non-finite) for odd input.
 TEST(ZelOddInput, IntegersAndZoomRatiosSaturate) {

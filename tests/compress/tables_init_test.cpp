@@ -29,7 +29,8 @@ TEST(CompressTables, ReadyWithoutInitAndUnchangedByConcurrentInit) {
     };
     check();
     std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) threads.emplace_back([] { EXPECT_EQ(1, ACompress::Init()); });  // a host may call it
+    // A host may call Init itself, from any thread.
+    for (int i = 0; i < 4; ++i) threads.emplace_back([] { EXPECT_EQ(1, ACompress::Init()); });
     threads.emplace_back(check);
     for (auto& t : threads) t.join();
     EXPECT_EQ(1, ACompress::Exit());

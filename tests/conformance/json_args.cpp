@@ -13,8 +13,18 @@ std::map<std::string, Handler>& registry() {
 }
 }  // namespace
 
+void add(const std::string& fn, Handler h) {
+    registry()[fn] = std::move(h);
+}
+
 Register::Register(std::initializer_list<std::pair<const char*, Handler>> handlers) {
-    for (const auto& [fn, h] : handlers) registry()[fn] = h;
+    for (const auto& [fn, h] : handlers) add(fn, h);
+}
+
+std::vector<std::string> handler_names() {
+    std::vector<std::string> names;
+    for (const auto& [fn, h] : registry()) names.push_back(fn);
+    return names;
 }
 
 const Handler* find_handler(const std::string& fn) {
@@ -37,10 +47,9 @@ std::int64_t i64(const json& v) {
     if (v.is_number_unsigned()) return static_cast<std::int64_t>(v.get<std::uint64_t>());
     if (v.is_number_integer()) return v.get<std::int64_t>();
     if (v.is_boolean()) return v.get<bool>() ? 1 : 0;
+    if (v.is_number_float()) return static_cast<std::int64_t>(v.get<double>());
     throw std::runtime_error("not an integer: " + v.dump());
 }
-
-std::uint64_t u64(const json& v) { return static_cast<std::uint64_t>(i64(v)); }
 
 std::vector<std::uint8_t> bytes(const json& v) {
     std::vector<std::uint8_t> out;
@@ -58,22 +67,10 @@ std::vector<std::uint8_t> bytes(const json& v) {
     return out;
 }
 
-std::vector<double> nums(const json& v) {
-    std::vector<double> out;
-    for (const auto& x : v) out.push_back(num(x));
-    return out;
-}
-
 json dbl(double v) {
     if (std::isnan(v)) return "nan";
     if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
     return v;
-}
-
-json dbls(const double* v, std::size_t n) {
-    json out = json::array();
-    for (std::size_t i = 0; i < n; ++i) out.push_back(dbl(v[i]));
-    return out;
 }
 
 std::string hex(const std::uint8_t* p, std::size_t n) {

@@ -1,9 +1,12 @@
 // kxbase_conformance: runs golden vectors against the library.
 //
-//   kxbase_conformance [--vectors DIR] [--families a,b] [--show N] [FILE.json ...]
+//   kxbase_conformance [--vectors DIR] [--families a,b] [--show N] [--list] [FILE.json ...]
+//
+// --list prints every bound operation name.
 //
 // Prints one line per family, "FAMILY: N passed, M failed, K unsupported", then the first
 // few failures. Exits 1 when any vector of a family that was run fails or is unsupported.
+// --families limits the run to the families of the subsystems a build holds.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -16,42 +19,43 @@
 #include <vector>
 
 #include "conformance.h"
+#ifdef KXBASE_ALLOC_SWEEP
+#include "alloc_sweep.h"
+#endif
 
 namespace fs = std::filesystem;
 using conf::json;
 
 namespace {
 
-struct Disputed {
-    std::set<std::pair<std::string, std::string>> keys;  // (family, index or why)
-    std::map<std::pair<std::string, std::string>, std::string> reasons;
+// disputed.txt lines: "family | index-or-why | reason"; '#' starts a comment.
+using Disputed = std::map<std::pair<std::string, std::string>, std::string>;
 
-    // Lines: "family | index-or-why | reason"; '#' starts a comment.
-    void load(const fs::path& file) {
-        std::ifstream in(file);
-        std::string line;
-        auto trim = [](std::string s) {
-            s.erase(0, s.find_first_not_of(" \t"));
-            s.erase(s.find_last_not_of(" \t\r") + 1);
-            return s;
-        };
-        while (std::getline(in, line)) {
-            if (line.empty() || line[0] == '#') continue;
-            const auto a = line.find('|'), b = line.find('|', a + 1);
-            if (a == std::string::npos || b == std::string::npos) continue;
-            const auto key = std::make_pair(trim(line.substr(0, a)), trim(line.substr(a + 1, b - a - 1)));
-            keys.insert(key);
-            reasons[key] = trim(line.substr(b + 1));
-        }
+std::string Trim(std::string s) {
+    s.erase(0, s.find_first_not_of(" \t"));
+    s.erase(s.find_last_not_of(" \t\r") + 1);
+    return s;
+}
+
+Disputed LoadDisputed(const fs::path& file) {
+    Disputed d;
+    std::ifstream in(file);
+    for (std::string line; std::getline(in, line);) {
+        const auto a = line.find('|'), b = line.find('|', a + 1);
+        if (line.empty() || line[0] == '#' || b == std::string::npos) continue;
+        d[{Trim(line.substr(0, a)), Trim(line.substr(a + 1, b - a - 1))}] =
+            Trim(line.substr(b + 1));
     }
-    const std::string* find(const std::string& family, std::size_t index, const std::string& why) const {
-        for (const auto& key : {std::make_pair(family, std::to_string(index)), std::make_pair(family, why)}) {
-            const auto it = reasons.find(key);
-            if (it != reasons.end()) return &it->second;
-        }
-        return nullptr;
-    }
-};
+    return d;
+}
+
+const std::string* FindDisputed(const Disputed& d, const std::string& family, std::size_t index,
+                                const std::string& why) {
+    for (const auto& key :
+         {std::make_pair(family, std::to_string(index)), std::make_pair(family, why)})
+        if (const auto it = d.find(key); it != d.end()) return &it->second;
+    return nullptr;
+}
 
 struct Tally {
     int passed = 0, failed = 0, unsupported = 0, disputed = 0;
@@ -91,18 +95,26 @@ int main(int argc, char** argv) {
             }
             return argv[++i];
         };
-        if (arg == "--vectors") dir = value();
+        if (arg == "--vectors")
+            dir = value();
         else if (arg == "--families") {
             std::stringstream ss(value());
             for (std::string f; std::getline(ss, f, ',');)
                 if (!f.empty()) families.insert(f);
-        } else if (arg == "--show") show = std::stoul(value());
-        else if (arg == "--disputed") disputed_file = value();
-        else if (arg == "-h" || arg == "--help") {
-            std::cout << "usage: kxbase_conformance [--vectors DIR] [--families a,b] [--show N] "
-                         "[--disputed FILE] [FILE.json ...]\n";
+        } else if (arg == "--show")
+            show = std::stoul(value());
+        else if (arg == "--disputed")
+            disputed_file = value();
+        else if (arg == "--list") {
+            for (const auto& fn : conf::handler_names()) std::cout << fn << "\n";
             return 0;
-        } else files.emplace_back(arg);
+        } else if (arg == "-h" || arg == "--help") {
+            std::cout
+                << "usage: kxbase_conformance [--vectors DIR] [--families a,b] [--show N] [--list] "
+                   "[--disputed FILE] [FILE.json ...]\n";
+            return 0;
+        } else
+            files.emplace_back(arg);
     }
     if (files.empty()) {
         if (!fs::is_directory(dir)) {
@@ -113,8 +125,10 @@ int main(int argc, char** argv) {
             if (e.path().extension() == ".json") files.push_back(e.path());
         std::sort(files.begin(), files.end());
     }
-    Disputed disputed;
-    if (fs::exists(disputed_file)) disputed.load(disputed_file);
+    const Disputed disputed = LoadDisputed(disputed_file);
+#ifdef KXBASE_ALLOC_SWEEP
+    conf::sweep::load_propagates(KXBASE_PROPAGATES_FILE);
+#endif
 
     std::map<std::string, Tally> tallies;
     std::set<std::string> seen;
@@ -141,16 +155,27 @@ int main(int argc, char** argv) {
                 got = run_one(v, problem);
             } catch (const conf::Unsupported& e) {
                 ++t.unsupported;
-                if (t.notes.size() < show) t.notes.push_back("  #" + std::to_string(i) + " unsupported: " + e.what());
+                if (t.notes.size() < show)
+                    t.notes.push_back("  #" + std::to_string(i) + " unsupported: " + e.what());
                 continue;
             }
+#ifdef KXBASE_ALLOC_SWEEP
+            if (std::string s; problem.empty() && !(s = conf::sweep::vector(v, got)).empty()) {
+                ++t.failed;
+                if (t.notes.size() < show)
+                    t.notes.push_back("  #" + std::to_string(i) + " " +
+                                      v.at("fn").get<std::string>() + ": " + s);
+                continue;
+            }
+#endif
             const json* tol = v.contains("tol") ? &v["tol"] : nullptr;
-            const bool ok = problem.empty() &&
-                            conf::matches(got, v.at("expect"), v.value("cmp", "exact"), tol, mismatch);
-            if (const std::string* reason = disputed.find(family, i, why)) {
+            const bool ok =
+                problem.empty() &&
+                conf::matches(got, v.at("expect"), v.value("cmp", "exact"), tol, mismatch);
+            if (const std::string* reason = FindDisputed(disputed, family, i, why)) {
                 ++t.disputed;
-                t.notes.push_back("  #" + std::to_string(i) + " disputed (" + (ok ? "passes" : "differs") +
-                                  "): " + *reason);
+                t.notes.push_back("  #" + std::to_string(i) + " disputed (" +
+                                  (ok ? "passes" : "differs") + "): " + *reason);
                 continue;
             }
             if (ok) {
@@ -159,26 +184,28 @@ int main(int argc, char** argv) {
             }
             ++t.failed;
             if (t.notes.size() < show) {
-                t.notes.push_back("  #" + std::to_string(i) + " " + v.at("fn").get<std::string>() + " (" + why +
-                                  ")\n      args " + v.at("args").dump().substr(0, 300) + "\n      " +
+                t.notes.push_back("  #" + std::to_string(i) + " " + v.at("fn").get<std::string>() +
+                                  " (" + why + ")\n      args " +
+                                  v.at("args").dump().substr(0, 300) + "\n      " +
                                   (problem.empty() ? mismatch : problem).substr(0, 600));
             }
         }
     }
+    // A folder of extra vectors need not hold every family that a build selects.
     for (const auto& f : families)
-        if (!seen.count(f)) {
-            std::cout << f << ": no vectors found\n";
-            tallies[f].unsupported += 1;
-        }
+        if (!seen.count(f)) std::cout << f << ": no vectors in this folder\n";
 
     bool bad = false;
     for (const auto& [family, t] : tallies) {
-        std::cout << family << ": " << t.passed << " passed, " << t.failed << " failed, " << t.unsupported
-                  << " unsupported";
+        std::cout << family << ": " << t.passed << " passed, " << t.failed << " failed, "
+                  << t.unsupported << " unsupported";
         if (t.disputed) std::cout << ", " << t.disputed << " disputed";
         std::cout << "\n";
         for (const auto& n : t.notes) std::cout << n << "\n";
         bad = bad || t.failed || t.unsupported;
     }
+#ifdef KXBASE_ALLOC_SWEEP
+    if (!conf::sweep::report()) bad = true;
+#endif
     return bad ? 1 : 0;
 }

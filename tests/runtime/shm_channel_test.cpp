@@ -3,11 +3,15 @@
 // state, and never crashes or touches memory outside the area).
 #include <gtest/gtest.h>
 
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <bit>
+#include <cinttypes>
 #include <climits>
+#include <cstdio>
 #include <fstream>
 #include <set>
 
@@ -194,22 +198,103 @@ TEST(ShmBadInput, ForeignAndTruncatedAreas) {
 }
 
 // Catches: a crash (SIGBUS) when another process cuts the object short under open views:
-// the transfer must fail with the window text and the system's reason instead.
+// the transfer must fail with the window text and the system's reason instead; a write that
+// grows the cut object back (a bare pwrite past its end would); a read or write that stops
+// short of the cut; and a caller buffer that is not memory, which must fail, not crash.
 TEST(ShmBadInput, ObjectCutShortUnderAnOpenView) {
     const std::string name = Name("cut");
     const char* const kCut = "Could not lock buffer.\n\tBad address (0xE)";
+    const off_t kCutAt = 65536 + 4096;
     CShareMemoryServer server;
     CShareMemoryClient client, late;
     ASSERT_TRUE(server.CreateMap(name.c_str(), 1 << 20, 0) && client.OpenMap(name.c_str(), 0));
-    ASSERT_EQ(truncate(ObjectPath(name).c_str(), 65536 + 4096), 0);
+    ASSERT_EQ(truncate(ObjectPath(name).c_str(), kCutAt), 0);
     std::vector<BYTE> buf(8192, 0x11);
-    EXPECT_EQ(client.ReadData(500000, buf.data(), 8192), 0);
-    EXPECT_EQ(ErrorOf(client), kCut);
-    EXPECT_EQ(server.WriteData(4000, buf.data(), 8192), 0);  // straddles the cut
-    EXPECT_EQ(ErrorOf(server), kCut);
-    EXPECT_EQ(server.WriteData(0, buf.data(), 4096), 1);  // what is left still works
-    EXPECT_EQ(late.OpenMap(name.c_str(), 0), 0);          // the header no longer fits
+    const struct {
+        CShareMemoryBase* side;
+        bool write;
+        UINT64 offset;
+        DWORD length;
+        int result;
+    } cases[] = {{&client, false, 500000, 8192, 0}, {&client, true, 500000, 1, 0},
+                 {&server, true, 4000, 8192, 0},    {&server, false, 4000, 8192, 0},
+                 {&client, true, 4095, 1, 1},       {&client, false, 4095, 1, 1},
+                 {&server, true, 0, 4096, 1},       {&server, true, 4096, 1, 0}};
+    for (const auto& c : cases) {
+        const int result = c.write ? c.side->WriteData(c.offset, buf.data(), c.length)
+                                   : c.side->ReadData(c.offset, buf.data(), c.length);
+        EXPECT_EQ(result, c.result) << c.offset << " write=" << c.write;
+        EXPECT_TRUE(result != 0 || ErrorOf(*c.side) == kCut)
+            << c.offset << ": " << ErrorOf(*c.side);
+        struct stat st {};
+        ASSERT_EQ(stat(ObjectPath(name).c_str(), &st), 0);
+        EXPECT_EQ(st.st_size, kCutAt) << "the object grew: " << c.offset;
+    }
+    EXPECT_EQ(late.OpenMap(name.c_str(), 0), 0);  // the header no longer fits
     EXPECT_EQ(ErrorOf(late), kForeign);
+
+    // A buffer the process cannot touch, inside the object that is left.
+    void* const none = mmap(nullptr, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(none, MAP_FAILED);
+    EXPECT_EQ(server.WriteData(0, none, 16), 0);
+    EXPECT_EQ(ErrorOf(server), kCut);
+    EXPECT_EQ(client.ReadData(0, none, 16), 0);
+    EXPECT_EQ(ErrorOf(client), kCut);
+    munmap(none, 4096);
+}
+
+// Catches: windows that no longer follow the transfers now that the bytes do not pass
+// through them (a window left behind, a second data window mapped beside the first, or one
+// never unmapped), and a view that does not show what the transfers wrote. After every
+// transfer the object is mapped exactly twice over (the header and one window), and the
+// window covers the transfer's last byte and shows it.
+TEST(ShmChannel, OneWindowFollowsTheTransfersAndShowsTheirBytes) {
+    struct Probe : CShareMemoryServer {
+        using CShareMemoryBase::m_nHeaderSize;
+        using CShareMemoryBase::m_nViewLength;
+        using CShareMemoryBase::m_nViewStart;
+        using CShareMemoryBase::m_pView;
+    };
+    // Bytes of the object mapped into this process, summed over /proc/self/maps.
+    auto mappedBytes = [](const std::string& path) {
+        std::ifstream maps("/proc/self/maps");
+        UINT64 total = 0;
+        for (std::string line; std::getline(maps, line);) {
+            if (line.size() < path.size() ||
+                line.compare(line.size() - path.size(), path.size(), path) != 0)
+                continue;
+            UINT64 from = 0, to = 0;
+            std::sscanf(line.c_str(), "%" SCNx64 "-%" SCNx64, &from, &to);
+            total += to - from;
+        }
+        return total;
+    };
+    const UINT64 size = 3 << 20;
+    const struct {
+        DWORD window;
+        UINT64 offset;
+        DWORD length;
+    } cases[] = {{65536, 0, 100},         {65536, 65530, 12},       {65536, 70000, 300000},
+                 {65536, 5000, 1},        {1 << 20, 1000, 3 << 19}, {1 << 20, size - 5, 5},
+                 {1 << 20, 12345, 65536}, {4096, size - 9000, 9000}};
+    for (const auto& c : cases) {
+        const std::string name = Name("follow-" + std::to_string(c.window));
+        Probe server;
+        ASSERT_EQ(server.CreateMap(name.c_str(), size, c.window), 1) << ErrorOf(server);
+        std::vector<BYTE> data(c.length), back(c.length);
+        for (std::size_t i = 0; i < data.size(); ++i)
+            data[i] = shmtest::PatternByte(c.offset + i, 4);
+        ASSERT_EQ(server.WriteData(c.offset, data.data(), c.length), 1) << ErrorOf(server);
+        const UINT64 last = server.m_nHeaderSize + c.offset + c.length - 1;
+        ASSERT_TRUE(server.m_pView != nullptr && last >= server.m_nViewStart &&
+                    last - server.m_nViewStart < server.m_nViewLength)
+            << c.offset << "+" << c.length;
+        EXPECT_EQ(server.m_pView[last - server.m_nViewStart], data.back()) << c.offset;
+        const UINT64 page = kxbase::detail::ShmGranularity();
+        const UINT64 window = (server.m_nViewLength + page - 1) / page * page;  // whole pages
+        EXPECT_EQ(mappedBytes(ObjectPath(name)), server.m_nHeaderSize + window) << c.offset;
+        EXPECT_TRUE(server.ReadData(c.offset, back.data(), c.length) && back == data) << c.offset;
+    }
 }
 
 // Catches: names that break the POSIX name rules (a second '/', too long, empty after the

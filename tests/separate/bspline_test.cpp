@@ -5,10 +5,17 @@
 
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <random>
 #include <vector>
 
 #include <kxbase/separate.h>
+
+#include "geometry/simd_level_p.h"
+
+namespace kxbase::detail {
+void BSplineSpansD(const POINTD* in, int n, POINTD* out, SimdLevel level);
+}
 
 namespace {
 
@@ -134,5 +141,35 @@ TEST(BSplineToBezier, NonFiniteCoordinateSpoilsOnlyItsWindows) {
             EXPECT_TRUE(std::isfinite(out[i].x) == (i / 4 < 2 || i / 4 > 5) &&
                         std::isfinite(out[i].y))
                 << bad << " point " << i;
+    }
+}
+
+// Catches a vector variant that drifts from the portable conversion (a fused multiply-add, a
+// dropped zero term, another summation order, a lane mix-up) or writes outside its spans:
+// every level the processor has runs on the same polygons, short ones with non-finite and
+// signed-zero coordinates and one long enough for the portable path's cache-bypassing
+// stores; results must be equal bit for bit and the point past the end untouched.
+TEST(BSplineToBezier, VariantsEqualPortableBitForBit) {
+    using kxbase::detail::SimdLevel;
+    std::mt19937 rng(13);
+    std::uniform_real_distribution<double> u(-1e5, 1e5);
+    for (int n : {4, 5, 6, 7, 8, 9, 17, 33, 600000}) {
+        std::vector<POINTD> p(static_cast<std::size_t>(n));
+        for (POINTD& q : p) q = POINTD(u(rng), u(rng));
+        if (n < 40) {
+            p[static_cast<std::size_t>(n) / 2].x = n % 2 ? HUGE_VAL : std::nan("");
+            p[0].y = -0.0;
+            p[1].y = 0.0;
+        }
+        const std::size_t size = 4 * static_cast<std::size_t>(n - 1) + 1;
+        std::vector<POINTD> expect(size, POINTD(7.0, 7.0));
+        kxbase::detail::BSplineSpansD(p.data(), n, expect.data(), SimdLevel::kPortable);
+        for (SimdLevel level : {SimdLevel::kAvx2, SimdLevel::kAvx512}) {
+            if (level > kxbase::detail::HostSimdLevel()) continue;
+            std::vector<POINTD> got(size, POINTD(7.0, 7.0));
+            kxbase::detail::BSplineSpansD(p.data(), n, got.data(), level);
+            EXPECT_EQ(std::memcmp(got.data(), expect.data(), size * sizeof(POINTD)), 0)
+                << "level " << static_cast<int>(level) << " n " << n;
+        }
     }
 }

@@ -247,7 +247,7 @@ public:
     /// zero, else true.
     static bool macaddress_TransFromString(BYTE* mac, const char* text);
     /// text = "%x-%x-%x-%x-%x-%x" (lower case, no leading zeros: 0A becomes "a"); true.
-    /// A null mac gives an empty text and false.
+    /// A null mac, or no memory for the text, gives an empty text and false.
     static bool macaddress_TransToString(CString& text, const BYTE* mac);
     /// The text parses (which implies a non-zero byte).
     static bool macaddress_IsValid(const char* text);
@@ -282,7 +282,7 @@ public:
     /// (<kxbase/base/int64_parse.h>: 0 when the item is not a number) and stored as 32
     /// bits (types 1, 2), 64 bits (3, 4) or the low byte (others); type 5 stores the double
     /// that the standard decimal parse gives (atof, in the "C" locale). 0 for a null list,
-    /// max < 1, or a null or empty text.
+    /// max < 1, a null or empty text, or when memory runs out.
     static int TransListFromString(void* list, int max, BYTE type, const char* text, int hex);
 
     // String lists --------------------------------------------------------------------------
@@ -294,7 +294,8 @@ public:
     static int TransListToString(CString& text, const CString* items, int count);
     /// Empties items, then splits text at commas: white space before each item is skipped,
     /// empty fields are dropped, each item is kept as it stands (trailing blanks included:
-    /// "a , b" gives "a " and "b"). Returns the number of items.
+    /// "a , b" gives "a " and "b"). Returns the number of items; when memory runs out, no
+    /// items and 0.
     static int TransListFromString(CStringArray& items, const char* text);
 
 protected:

@@ -1,10 +1,11 @@
 // CPtrList: a doubly linked list of untyped pointers; POSITION is an opaque node handle.
 //
-// Failures: a null POSITION handed to GetNext, GetPrev, GetAt, SetAt or RemoveAt, and GetHead, GetTail, RemoveHead or RemoveTail on an empty list,
-// throw std::invalid_argument (the list is unchanged). Adding an element throws std::bad_alloc
-// when memory is exhausted (the list is unchanged). A POSITION of another list, or of a node
-// already removed, is not detected: the caller must not use one. InsertBefore and
-// InsertAfter take a null POSITION as the head and the tail. Nothing else throws.
+// Failures: a null POSITION handed to GetNext, GetPrev, GetAt, SetAt or RemoveAt, and GetHead,
+// GetTail, RemoveHead or RemoveTail on an empty list, throw std::invalid_argument (the list is
+// unchanged). Adding an element throws std::bad_alloc when memory is exhausted (the list is
+// unchanged). A POSITION of another list, or of a node already removed, is not detected: the
+// caller must not use one. InsertBefore and InsertAfter take a null POSITION as the head and
+// the tail. Nothing else throws.
 //
 // Thread-safety: none inside one list; distinct lists are independent.
 #pragma once
@@ -18,10 +19,15 @@ using POSITION = __POSITION*;
 class KXBASE_API CPtrList {
 public:
     CPtrList() = default;
+    /// The platform class allocates nodes nBlockSize at a time. Nodes here come one at a time
+    /// from the general allocator, which is as fast for lists of pointers; the size is kept
+    /// (values below 1 count as 10, the platform's default) and reported by GetBlockSize.
+    explicit CPtrList(INT_PTR nBlockSize) : m_blockSize(nBlockSize > 0 ? nBlockSize : 10) {}
     CPtrList(const CPtrList&) = delete;
     CPtrList& operator=(const CPtrList&) = delete;
     virtual ~CPtrList();
 
+    INT_PTR GetBlockSize() const { return m_blockSize; }
     INT_PTR GetCount() const { return m_count; }
     INT_PTR GetSize() const { return m_count; }
     bool IsEmpty() const { return m_count == 0; }
@@ -57,4 +63,20 @@ private:
     Node* m_head = nullptr;
     Node* m_tail = nullptr;
     INT_PTR m_count = 0;
+    INT_PTR m_blockSize = 10;
+};
+
+/// CPtrList with index-based insertion and the index of a node.
+class KXBASE_API APtrList : public CPtrList {
+public:
+    explicit APtrList(int nBlockSize = 10) : CPtrList(nBlockSize) {}
+
+    /// Zero-based index of node pos counted from the head; 0x7FFFFFFF when pos is null, the
+    /// list is empty or pos is not a node of this list. Linear in the index.
+    int FindPosition(POSITION pos) const;
+
+    /// Inserts p so that it gets index nIndex: nIndex < 1 adds at the head, an index below
+    /// the count inserts before the element now there, any larger index adds at the tail.
+    /// Returns the new node. Throws std::bad_alloc like the other insertions.
+    POSITION InsertAt(int nIndex, void* p);
 };

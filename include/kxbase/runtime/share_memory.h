@@ -93,10 +93,15 @@ public:
     /// (one window size from the new position, clamped to the area) and goes on, so one call
     /// may move the window several times. A failed window move ("Could not lock buffer.")
     /// leaves the object open without a window; the next transfer maps a new one.
-    /// The pages of each copied part are made present before the copy; when they cannot be
-    /// (another process cut the object short: EFAULT; the shared memory file system is
-    /// full: ENOMEM) the transfer fails with "Could not lock buffer.\n\t%s" instead of
-    /// faulting, after copying the parts before it.
+    /// The window is mapped as described, but the bytes of each part move between `buffer`
+    /// and the area through the area's descriptor (the kernel copies them directly, with no
+    /// intermediate buffer), so a transfer costs no page fault however often the window
+    /// moves. A transfer never grows the area's object. It fails with
+    /// "Could not lock buffer.\n\t%s" instead of faulting, after copying the parts before
+    /// it, when another process cut the object short (EFAULT: a write copies nothing of the
+    /// part that would run past the object's end, a read copies up to that end), when the
+    /// shared memory file system is full (ENOSPC) or when `buffer` is not readable or
+    /// writable memory of `length` bytes (EFAULT).
     virtual int WriteData(UINT64 offset, void* buffer, DWORD length);
 
     /// Copies `length` bytes from data offset `offset` into `buffer`; as WriteData otherwise.

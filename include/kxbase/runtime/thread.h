@@ -32,7 +32,8 @@
 // value the thread started with ("normal"): 2 highest = normal - 10, 1 above normal = -5,
 // 0 normal, -1 below normal = +5, -2 lowest = +10 (clamped to the system's -20..19).
 // Raising a thread above its normal level needs the right to (CAP_SYS_NICE or RLIMIT_NICE);
-// without it the call fails and returns 0 with errno set, like any failing system call.
+// without it the call fails and returns 0 with the last system error set (errno here), like
+// any failing system call.
 //
 // On Windows the five levels are the system's THREAD_PRIORITY_LOWEST..HIGHEST.
 //
@@ -78,7 +79,7 @@ public:
     /// If a thread exists already, runs ReleaseCustomParameter and returns true without
     /// starting another (deliberately: the stored parameter is already replaced). Otherwise
     /// clears both flags and starts the thread suspended with normal priority; returns false
-    /// if the system cannot start a thread (errno set; the terminated flag stays true).
+    /// if the system cannot start a thread (last system error set; the terminated flag stays true).
     virtual bool Create(void* param);
 
     /// Sets the need-exit flag to `bExit`; returns true.
@@ -106,14 +107,16 @@ public:
     virtual DWORD Run() = 0;
 
     /// Without a thread: returns 1 and does nothing. Otherwise `priority` outside -2..2 is
-    /// taken as 0 (normal); sets the mapped nice value and returns 1, or 0 with errno set.
+    /// taken as 0 (normal); sets the mapped nice value and returns 1, or 0 with the last system
+    /// error set.
     int SetThreadPriority(int priority);
 
-    /// Without a thread: errno = EBADF (the invalid-handle code) and returns 0xFFFFFFFF.
+    /// Without a thread: the last system error is the invalid-handle code (EBADF here) and
+    /// returns 0xFFFFFFFF.
     /// Otherwise pins the thread to CPU `processor` and returns the previous ideal processor
     /// (before any call: the lowest CPU the thread was allowed on). If the system refuses
     /// (a CPU it does not have), shows the system message of the error through ZelStatusMsg,
-    /// leaves the code in errno and returns 0xFFFFFFFF.
+    /// leaves the code as the last system error and returns 0xFFFFFFFF.
     DWORD SetThreadIdealProcessor(DWORD processor);
 
     /// The kernel's id of the thread; 0 without a thread.

@@ -5,98 +5,80 @@
 
 namespace {
 
+using conf::call;
+using conf::call_as;
+using conf::in;
 using conf::json;
-using conf::num;
-using conf::value;
-namespace geo = conf::geo;
 
-template <class P>
-json Pt(const P& p) {
-    return json{{"pt", geo::to_json(p)}};
-}
-template <class R>
-json Rc(const R& r) {
-    return json{{"rc", geo::to_json(r)}};
-}
 bool AllIntegers(const json& v) {
     for (const auto& e : v)
         if (!e.is_number_integer()) return false;
     return true;
 }
 
-// POINTD == / != ; an integer point on the right-hand side selects the POINT overload.
-json PointCompare(const json& a, bool equal) {
-    const POINTD p = geo::pointd(a["a"]);
-    const json& b = a["b"];
-    if (AllIntegers(b)) return value(equal ? p == geo::point(b) : p != geo::point(b));
-    return value(equal ? p == geo::pointd(b) : p != geo::pointd(b));
+// == and != of POINTD and RECTD: an integer right-hand side selects the integer overload.
+template <class D, class I>
+conf::Handler Compare(bool equal) {
+    return [equal](const json& a) {
+        const D x = conf::Codec<D>::get(a.at("a"));
+        const json& b = a.at("b");
+        const int r =
+            AllIntegers(b) ? (x == conf::Codec<I>::get(b)) : (x == conf::Codec<D>::get(b));
+        return json{{"value", equal ? r : !r}};
+    };
 }
 
-// Applies a modifying member to the rectangle "rc" and returns it.
-template <class F>
-json Modified(const json& a, F f) {
-    RECTD r = geo::rectd(a["rc"]);
-    f(r);
-    return Rc(r);
+// A modifying member applied to the rectangle "rc".
+template <class F, class... A>
+conf::Handler Modify(F f, A... more) {
+    return call(f, in<RECTD>("rc").to(), more...);
 }
 
-static conf::Register reg{
-    {"POINTD::operator POINT", [](const json& a) { return Pt(POINT(geo::pointd(a["pt"]))); }},
-    {"POINTD::GPOINT", [](const json& a) { return Pt(geo::pointd(a["pt"]).GPOINT()); }},
+const RECTD kStale(7, 8, 9, 10);  // results that must be overwritten start here
+
+const conf::Register reg{
+    {"POINTD::operator POINT",
+     call_as(
+         "pt", [](const POINTD& p) { return POINT(p); }, in<POINTD>("pt"))},
+    {"POINTD::GPOINT", call_as("pt", &POINTD::GPOINT, in<POINTD>("pt"))},
     {"CPrecise::PreciseInt",
-     [](const json& a) {
-         return value(CPrecise::PreciseInt(num(a["value"]), num(a["precision"])));
-     }},
-    {"POINTD::operator==", [](const json& a) { return PointCompare(a, true); }},
-    {"POINTD::operator!=", [](const json& a) { return PointCompare(a, false); }},
-    {"POINTD::operator+",
-     [](const json& a) { return Pt(geo::pointd(a["a"]) + geo::pointd(a["b"])); }},
-    {"POINTD::operator-",
-     [](const json& a) { return Pt(geo::pointd(a["a"]) - geo::pointd(a["b"])); }},
-    {"RECTD::operator RECT", [](const json& a) { return Rc(RECT(geo::rectd(a["rc"]))); }},
-    {"RECTD::GRECT", [](const json& a) { return Rc(geo::rectd(a["rc"]).GRECT()); }},
+     call(CPrecise::PreciseInt, in<double>("value"), in<double>("precision"))},
+    {"CPrecise::PrecisePoint",
+     call([](POINTD p, POINT& out, double e) { CPrecise::PrecisePoint(p, out, e); },
+          in<POINTD>("pt"), conf::out<POINT>("out"), in<double>("precision"))},
+    {"POINTD::operator==", Compare<POINTD, POINT>(true)},
+    {"POINTD::operator!=", Compare<POINTD, POINT>(false)},
+    {"POINTD::operator+", call_as("pt", &POINTD::operator+, in<POINTD>("a"), in<POINTD>("b"))},
+    {"POINTD::operator-", call_as("pt", &POINTD::operator-, in<POINTD>("a"), in<POINTD>("b"))},
+    {"RECTD::operator RECT", call_as(
+                                 "rc", [](const RECTD& r) { return RECT(r); }, in<RECTD>("rc"))},
+    {"RECTD::GRECT", call_as("rc", &RECTD::GRECT, in<RECTD>("rc"))},
     {"RECTD::Width/Height/CenterPoint",
-     [](const json& a) {
-         const RECTD r = geo::rectd(a["rc"]);
-         return json{{"width", conf::dbl(r.Width())},
-                     {"height", conf::dbl(r.Height())},
-                     {"center", geo::to_json(r.CenterPoint())}};
-     }},
+     call([](const RECTD& r, double& w, double& h,
+             POINTD& c) { w = r.Width(), h = r.Height(), c = r.CenterPoint(); },
+          in<RECTD>("rc"), conf::out<double>("width"), conf::out<double>("height"),
+          conf::out<POINTD>("center"))},
     {"RECTD::IsRectEmpty/IsRectNull",
-     [](const json& a) {
-         const RECTD r = geo::rectd(a["rc"]);
-         return json{{"empty", r.IsRectEmpty()}, {"null", r.IsRectNull()}};
-     }},
-    {"RECTD::NormalizeBorder",
-     [](const json& a) { return Modified(a, [](RECTD& r) { r.NormalizeBorder(); }); }},
-    {"RECTD::NormalizeRect",
-     [](const json& a) { return Modified(a, [](RECTD& r) { r.NormalizeRect(); }); }},
-    {"RECTD::OffsetRect",
-     [](const json& a) {
-         return Modified(a, [&](RECTD& r) { r.OffsetRect(num(a["dx"]), num(a["dy"])); });
-     }},
-    {"RECTD::operator==",
-     [](const json& a) {
-         const RECTD r = geo::rectd(a["a"]);
-         return value(AllIntegers(a["b"]) ? r == geo::rect(a["b"]) : r == geo::rectd(a["b"]));
-     }},
+     call([](const RECTD& r, int& e, int& n) { e = r.IsRectEmpty(), n = r.IsRectNull(); },
+          in<RECTD>("rc"), conf::out<int>("empty"), conf::out<int>("null"))},
+    {"RECTD::NormalizeBorder", Modify(&RECTD::NormalizeBorder)},
+    {"RECTD::NormalizeRect", Modify(&RECTD::NormalizeRect)},
+    {"RECTD::OffsetRect", Modify(&RECTD::OffsetRect, in<double>("dx"), in<double>("dy"))},
+    {"RECTD::operator==", Compare<RECTD, RECT>(true)},
+    {"RECTD::operator!=", Compare<RECTD, RECT>(false)},
     {"RECTD::UnionRect",
-     [](const json& a) {
-         RECTD r(-1, -2, -3, -4);
-         r.UnionRect(geo::rectd(a["a"]), geo::rectd(a["b"]));
-         return Rc(r);
-     }},
-    {"RECTD::PtInRect",
-     [](const json& a) { return value(geo::rectd(a["rc"]).PtInRect(geo::pointd(a["pt"]))); }},
+     call(&RECTD::UnionRect, conf::out("rc", kStale), in<RECTD>("a"), in<RECTD>("b"))},
+    {"RECTD::PtInRect", call(&RECTD::PtInRect, in<RECTD>("rc"), in<POINTD>("pt"))},
     {"RECTD::GetBorderRect",
-     [](const json& a) {
-         const std::vector<POINTD> pts =
-             a["points"].is_null() ? std::vector<POINTD>{} : geo::pointds(a["points"]);
-         // Start from a non-zero rectangle: an empty input must clear it.
-         RECTD r(7, 8, 9, 10);
-         r.GetBorderRect(pts.empty() ? nullptr : pts.data(), static_cast<LONG>(pts.size()));
-         return Rc(r);
-     }},
+     call(
+         [](RECTD& r, const json& pts) {
+             const auto p = conf::harness([&] {
+                 return pts.is_null() ? std::vector<POINTD>{}
+                                      : conf::Codec<std::vector<POINTD>>::get(pts);
+             });
+             r.GetBorderRect(p.empty() ? nullptr : p.data(), static_cast<LONG>(p.size()));
+         },
+         conf::out("rc", kStale), in<json>("points"))},
 };
 
 }  // namespace

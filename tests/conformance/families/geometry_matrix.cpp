@@ -5,71 +5,57 @@
 
 namespace {
 
+using conf::call;
+using conf::in;
 using conf::json;
-using conf::num;
-namespace geo = conf::geo;
 
-static conf::Register reg{
-    {"TransMatrix::OnlyScaleOffset",
-     [](const json& a) {
-         return json{{"value", geo::matrix(a["m"]).OnlyScaleOffset()}};
-     }},
-    {"TransMatrix::IdentityMatrix",
-     [](const json& a) {
-         return json{{"value", geo::matrix(a["m"]).IdentityMatrix()}};
-     }},
+using Nine = std::vector<double>;
+
+const conf::Register reg{
+    {"TransMatrix::OnlyScaleOffset", call(&TransMatrix::OnlyScaleOffset, in<TransMatrix>("m"))},
+    {"TransMatrix::IdentityMatrix", call(&TransMatrix::IdentityMatrix, in<TransMatrix>("m"))},
     {"TransMatrix::OnlyOffset",
-     [](const json& a) {
-         // A sentinel offset shows whether the call wrote it.
-         POINTD off(12345.5, -6789.25);
-         const int r = geo::matrix(a["m"]).OnlyOffset(geo::matrix(a["other"]), &off);
-         const bool written = !(off.x == 12345.5 && off.y == -6789.25);
-         return json{{"value", r}, {"offset", written ? geo::to_json(off) : json(nullptr)}};
-     }},
+     call(&TransMatrix::OnlyOffset, in<TransMatrix>("m"), in<TransMatrix>("other"),
+          conf::kept("offset", POINTD(12345.5, -6789.25)).ptr())},
     {"TransMatrix::TransMatrix(XFORM)",
-     [](const json& a) {
-         const std::vector<double> v = conf::nums(a["xform"]);
-         const XFORM xf{static_cast<float>(v.at(0)), static_cast<float>(v.at(1)),
-                        static_cast<float>(v.at(2)), static_cast<float>(v.at(3)),
-                        static_cast<float>(v.at(4)), static_cast<float>(v.at(5))};
-         return json{{"m", geo::to_json(TransMatrix(xf))}};
-     }},
+     conf::call_as(
+         "m", [](const XFORM& x) { return TransMatrix(x); }, in<XFORM>("xform"))},
     {"TransMatrix::operator XFORM",
-     [](const json& a) {
-         const XFORM xf = geo::matrix(a["m"]);
-         return json{
-             {"xform", json::array({conf::dbl(xf.eM11), conf::dbl(xf.eM12), conf::dbl(xf.eM21),
-                                    conf::dbl(xf.eM22), conf::dbl(xf.eDx), conf::dbl(xf.eDy)})}};
-     }},
+     conf::call_as(
+         "xform", [](const TransMatrix& m) { return XFORM(m); }, in<TransMatrix>("m"))},
     {"TransMatrix::SetTransMatrix",
-     [](const json& a) {
-         const std::vector<double> v = conf::nums(a["array"]);
-         TransMatrix m(9, 9, 9, 9, 9, 9);
-         m.SetTransMatrix(v.data());
-         return json{{"m", geo::to_json(m)}};
-     }},
+     call([](TransMatrix& m, const Nine& v) { m.SetTransMatrix(v.data()); },
+          conf::out("m", TransMatrix(9, 9, 9, 9, 9, 9)), in<Nine>("array"))},
     {"TransMatrix::GetTransMatrix",
-     [](const json& a) {
-         double v[9];
-         geo::matrix(a["m"]).GetTransMatrix(v);
-         return json{{"array", conf::dbls(v, 9)}};
-     }},
+     call([](const TransMatrix& m, Nine& v) { m.GetTransMatrix(v.data()); }, in<TransMatrix>("m"),
+          conf::out("array", Nine(9)))},
     {"TransMatrix::InverseMatrix",
-     [](const json& a) {
-         TransMatrix m = geo::matrix(a["m"]);
-         const int r = m.InverseMatrix();
-         return json{{"value", r}, {"m", geo::to_json(m)}};
-     }},
+     call([](TransMatrix& m) { return m.InverseMatrix(); }, in<TransMatrix>("m").to())},
+    {"TransMatrix::InverseMatrix(TransMatrix)",
+     call([](TransMatrix& dst, const TransMatrix& src) { return dst.InverseMatrix(src); },
+          conf::out("m", TransMatrix(9, 9, 9, 9, 9, 9)), in<TransMatrix>("src"))},
     {"TransMatrix::InverseMatrix(double*,int)",
      [](const json& a) {
-         const int n = conf::i32(a["n"]);
-         std::vector<double> m = conf::nums(a["a"]);
-         const int r = TransMatrix::InverseMatrix(m.data(), n);
-         json out{{"value", r}};
+         std::vector<double> m = conf::Codec<Nine>::get(a.at("a"));
+         const int n = conf::i32(a.at("n"));
+         if (n > 0 && static_cast<std::size_t>(n) * static_cast<std::size_t>(n) > m.size())
+             throw std::runtime_error("n exceeds the matrix");
+         const int r = [&] {
+             conf::LibraryCall lib;
+             return TransMatrix::InverseMatrix(m.data(), n);
+         }();
          // On failure the matrix is left partly transformed; the vectors do not look at it.
-         if (r) out["a"] = conf::dbls(m.data(), m.size());
-         return out;
+         return r ? json{{"value", r}, {"a", conf::put(m)}} : json{{"value", r}};
      }},
+    {"TransMatrix::InverseMatrix(double*,const double*,int)",
+     call(
+         [](Nine& dst, const Nine& src, int n) {
+             conf::harness([&] { dst.resize(src.size()); });
+             if (n > 0 && static_cast<std::size_t>(n) * static_cast<std::size_t>(n) > src.size())
+                 throw std::runtime_error("n exceeds the matrix");
+             return TransMatrix::InverseMatrix(dst.data(), src.data(), n);
+         },
+         conf::out<Nine>("dst"), in<Nine>("src"), in<int>("n"))},
 };
 
 }  // namespace

@@ -3,61 +3,47 @@
 
 #include "conformance.h"
 
+// A print pattern: [stepFirst, stepSecond, leadCount, secondCount, firstCount].
+template <>
+struct conf::Codec<RASTER_FRACTION_PRINTINFO> {
+    using I = RASTER_FRACTION_PRINTINFO;
+    static I get(const json& v) {
+        return I{static_cast<WORD>(u32(v.at(0))), static_cast<WORD>(u32(v.at(1))), u32(v.at(2)),
+                 u32(v.at(3)), u32(v.at(4))};
+    }
+    static json put(const I& i) {
+        return json::array({i.stepFirst, i.stepSecond, i.leadCount, i.secondCount, i.firstCount});
+    }
+};
+
 namespace {
 
-using conf::json;
-using conf::num;
-using conf::u32;
+using conf::call;
+using conf::in;
+using A = AMathOpt;
+using Info = RASTER_FRACTION_PRINTINFO;
 
-RASTER_FRACTION_PRINTINFO Info(const json& v) {
-    RASTER_FRACTION_PRINTINFO info{};
-    info.stepFirst = static_cast<WORD>(conf::u32(v.at(0)));
-    info.stepSecond = static_cast<WORD>(conf::u32(v.at(1)));
-    info.leadCount = conf::u32(v.at(2));
-    info.secondCount = conf::u32(v.at(3));
-    info.firstCount = conf::u32(v.at(4));
-    return info;
-}
+const auto info = in<Info>("info");
+const auto step = in<double>("step");
+const auto pair = [](double (*fn)(double, double), const char* x, const char* y) {
+    return call(fn, in<double>(x), in<double>(y));
+};
 
-json InfoJson(const RASTER_FRACTION_PRINTINFO& i) {
-    return json::array({i.stepFirst, i.stepSecond, i.leadCount, i.secondCount, i.firstCount});
-}
-
-// A conversion between two of resolution, frequency and speed.
-json Pair(const json& a, double (*fn)(double, double), const char* x, const char* y) {
-    return conf::value(fn(num(a[x]), num(a[y])));
-}
-
-static conf::Register reg{
+const conf::Register reg{
     {"AMathOpt::raster_fraction_printinfo",
-     [](const json& a) {
-         RASTER_FRACTION_PRINTINFO info{0xEEEE, 0xEEEE, 0xEEEEEEEE, 0xEEEEEEEE, 0xEEEEEEEE};
-         const bool ok = AMathOpt::raster_fraction_printinfo(
-             info, u32(a["position"]), num(a["resolution"]), num(a["step"]),
-             conf::i32(a["roundUp"]), conf::i32(a["fractional"]));
-         return json{{"value", ok}, {"info", InfoJson(info)}};
-     }},
+     call(A::raster_fraction_printinfo,
+          conf::out("info", Info{0xEEEE, 0xEEEE, 0xEEEEEEEE, 0xEEEEEEEE, 0xEEEEEEEE}),
+          in<ULONG>("position"), in<double>("resolution"), step, in<int>("roundUp"),
+          in<int>("fractional"))},
     {"AMathOpt::raster_fraction_correct_resolution",
-     [](const json& a) {
-         return conf::value(
-             AMathOpt::raster_fraction_correct_resolution(Info(a["info"]), num(a["step"])));
-     }},
+     call(A::raster_fraction_correct_resolution, info, step)},
     {"AMathOpt::raster_width_from_image",
-     [](const json& a) {
-         return conf::value(AMathOpt::raster_width_from_image(Info(a["info"]), u32(a["pixels"])));
-     }},
-    {"RASTER_FRACTION_PRINTINFO::IsValid",
-     [](const json& a) { return conf::value(Info(a["info"]).IsValid()); }},
-    {"AMathOpt::raster_control_resolution_max",
-     [](const json& a) {
-         return conf::value(AMathOpt::raster_control_resolution_max(num(a["step"])));
-     }},
-    {"AMathOpt::FrequencyToSpeed",
-     conf::with(Pair, AMathOpt::FrequencyToSpeed, "resolution", "frequency")},
-    {"AMathOpt::SpeedToFrequency",
-     conf::with(Pair, AMathOpt::SpeedToFrequency, "resolution", "speed")},
-    {"AMathOpt::FrequencyToResolution",
-     conf::with(Pair, AMathOpt::FrequencyToResolution, "frequency", "speed")},
+     call(A::raster_width_from_image, info, in<ULONG>("pixels"))},
+    {"RASTER_FRACTION_PRINTINFO::IsValid", call(&Info::IsValid, info)},
+    {"AMathOpt::raster_control_resolution_max", call(A::raster_control_resolution_max, step)},
+    {"AMathOpt::FrequencyToSpeed", pair(A::FrequencyToSpeed, "resolution", "frequency")},
+    {"AMathOpt::SpeedToFrequency", pair(A::SpeedToFrequency, "resolution", "speed")},
+    {"AMathOpt::FrequencyToResolution", pair(A::FrequencyToResolution, "frequency", "speed")},
 };
 
 }  // namespace

@@ -7,62 +7,54 @@
 
 namespace {
 
-using conf::json;
-using conf::u32;
-using conf::u64;
+using conf::call;
+using conf::in;
+using A = AMathOpt;
+using List = std::vector<UINT>;
 
-// Output arrays carry one guard entry past the end: an operation that writes more entries
-// than its count fails the vector.
+// Output arrays carry one guard entry past their end: writing more entries than the count
+// fails the vector.
 constexpr UINT kGuard = 0xA5A5A5A5u;
-
-json Entries(const std::vector<UINT>& v, size_t n) {
-    if (v[n] != kGuard) throw std::runtime_error("wrote past the output array");
-    return json(std::vector<UINT>(v.begin(), v.begin() + static_cast<std::ptrdiff_t>(n)));
+void Trim(List& v) {
+    if (v.back() != kGuard) throw std::runtime_error("wrote past the output array");
+    v.pop_back();
 }
-
-json Line(const json& a, void (*fn)(UINT, UINT, UINT*), const char* key) {
-    const UINT src = u32(a["src"]);
-    std::vector<UINT> out(static_cast<size_t>(src) + 1, kGuard);
-    fn(src, u32(a["dst"]), out.data());
-    return json{{key, Entries(out, src)}};
+conf::Handler Line(void (*fn)(UINT, UINT, UINT*), const char* key) {
+    return call(
+        [fn](UINT src, UINT dst, List& out) {
+            conf::harness([&] { out.assign(static_cast<std::size_t>(src) + 1, kGuard); });
+            fn(src, dst, out.data());
+            conf::harness([&] { Trim(out); });
+        },
+        in<UINT>("src"), in<UINT>("dst"), conf::out<List>(key));
 }
-
-json Segment(const json& a, void (*fn)(UINT, UINT, UINT, UINT, UINT*), const char* key) {
-    const UINT first = u32(a["first"]);
-    const UINT last = u32(a["last"]);
-    const size_t n = last > first ? last - first : 0;
-    std::vector<UINT> out(n + 1, kGuard);
-    fn(u32(a["src"]), u32(a["dst"]), first, last, out.data());
-    return json{{key, Entries(out, n)}};
+conf::Handler Segment(void (*fn)(UINT, UINT, UINT, UINT, UINT*), const char* key) {
+    return call(
+        [fn](UINT src, UINT dst, UINT first, UINT last, List& out) {
+            conf::harness([&] { out.assign(last > first ? last - first + 1 : 1, kGuard); });
+            fn(src, dst, first, last, out.data());
+            conf::harness([&] { Trim(out); });
+        },
+        in<UINT>("src"), in<UINT>("dst"), in<UINT>("first"), in<UINT>("last"),
+        conf::out<List>(key));
 }
+const auto f = in<UINT64>("f");
 
-static conf::Register reg{
+const conf::Register reg{
     {"AMathOpt::ResamplePosition",
-     [](const json& a) {
-         return conf::value(
-             AMathOpt::ResamplePosition(u32(a["src"]), u32(a["dst"]), u32(a["pos"])));
-     }},
+     call([](UINT s, UINT d, UINT p) { return A::ResamplePosition(s, d, p); }, in<UINT>("src"),
+          in<UINT>("dst"), in<UINT>("pos"))},
     {"AMathOpt::ResamplePosition(start)",
-     [](const json& a) {
-         UINT start = kGuard;
-         const UINT v =
-             AMathOpt::ResamplePosition(u32(a["src"]), u32(a["dst"]), u32(a["pos"]), &start);
-         return json{{"value", v}, {"start", start}};
-     }},
-    {"AMathOpt::ResampleSegCount", conf::with(Segment, AMathOpt::ResampleSegCount, "counts")},
-    {"AMathOpt::ResampleSegMap", conf::with(Segment, AMathOpt::ResampleSegMap, "starts")},
-    {"AMathOpt::ResampleLine", conf::with(Line, AMathOpt::ResampleLine, "counts")},
-    {"AMathOpt::ResampleLineMap", conf::with(Line, AMathOpt::ResampleLineMap, "starts")},
-    {"AMathOpt::CommonMultiple",
-     [](const json& a) { return conf::value(AMathOpt::CommonMultiple(u64(a["a"]), u64(a["b"]))); }},
-    {"AMathOpt::SimpleFraction",
-     [](const json& a) { return conf::value(AMathOpt::SimpleFraction(u64(a["f"]))); }},
-    {"AMathOpt::ScaleMultiply",
-     [](const json& a) { return conf::value(AMathOpt::ScaleMultiply(u64(a["f"]), u64(a["g"]))); }},
-    {"AMathOpt::DoubleToFraction",
-     [](const json& a) {
-         return conf::value(AMathOpt::DoubleToFraction(conf::num(a["x"]), conf::num(a["limit"])));
-     }},
+     call([](UINT s, UINT d, UINT p, UINT* start) { return A::ResamplePosition(s, d, p, start); },
+          in<UINT>("src"), in<UINT>("dst"), in<UINT>("pos"), conf::kept("start", kGuard).ptr())},
+    {"AMathOpt::ResampleSegCount", Segment(A::ResampleSegCount, "counts")},
+    {"AMathOpt::ResampleSegMap", Segment(A::ResampleSegMap, "starts")},
+    {"AMathOpt::ResampleLine", Line(A::ResampleLine, "counts")},
+    {"AMathOpt::ResampleLineMap", Line(A::ResampleLineMap, "starts")},
+    {"AMathOpt::CommonMultiple", call(A::CommonMultiple, in<UINT64>("a"), in<UINT64>("b"))},
+    {"AMathOpt::SimpleFraction", call(A::SimpleFraction, f)},
+    {"AMathOpt::ScaleMultiply", call(A::ScaleMultiply, f, in<UINT64>("g"))},
+    {"AMathOpt::DoubleToFraction", call(A::DoubleToFraction, in<double>("x"), in<double>("limit"))},
 };
 
 }  // namespace

@@ -11,38 +11,32 @@
 
 namespace {
 
+using conf::call;
+using conf::in;
 using conf::json;
-using conf::value;
-
-json ByteList(const BYTE* p, size_t n) {
-    return json(std::vector<int>(p, p + n));
-}
-
-std::vector<BYTE> Bytes(const json& v) {
-    std::vector<BYTE> out;
-    for (const auto& x : v) out.push_back(static_cast<BYTE>(conf::u32(x)));
-    return out;
-}
+using conf::out;
+using A = AMathOpt;
+using Bytes = std::vector<BYTE>;
 
 // Element sizes of the typed lists: 1 int32, 2 uint32, 3 int64, 4 uint64, 5 double, else byte.
-size_t ElementSize(BYTE type) {
+std::size_t ElementSize(BYTE type) {
     return type == 1 || type == 2 ? 4 : type >= 3 && type <= 5 ? 8 : 1;
 }
 
 // Elements travel as the low bytes of a 64-bit word (little-endian host), doubles as their bits.
-std::vector<BYTE> RawList(const json& list, BYTE type) {
-    const size_t size = ElementSize(type);
-    std::vector<BYTE> raw(list.size() * size);
-    for (size_t i = 0; i < list.size(); ++i) {
+Bytes RawList(const json& list, BYTE type) {
+    const std::size_t size = ElementSize(type);
+    Bytes raw(list.size() * size + 8);
+    for (std::size_t i = 0; i < list.size(); ++i) {
         const UINT64 u = type == 5 ? std::bit_cast<UINT64>(conf::num(list[i])) : conf::u64(list[i]);
         std::memcpy(&raw[i * size], &u, size);
     }
     return raw;
 }
 
-json ListJson(const std::vector<BYTE>& raw, int count, BYTE type) {
+json ListJson(const Bytes& raw, int count, BYTE type) {
     json out = json::array();
-    for (size_t i = 0, size = ElementSize(type); i < static_cast<size_t>(count); ++i) {
+    for (std::size_t i = 0, size = ElementSize(type); i < static_cast<std::size_t>(count); ++i) {
         UINT64 u = 0;
         std::memcpy(&u, raw.data() + i * size, size);
         if (type == 1)
@@ -55,87 +49,106 @@ json ListJson(const std::vector<BYTE>& raw, int count, BYTE type) {
     return out;
 }
 
-std::string Text(const json& a) {
-    return a["text"].get<std::string>();
+// Address texts are read into pre-filled arrays of N bytes.
+template <std::size_t N>
+conf::Handler AddressFrom(bool (*fn)(BYTE*, const char*), const char* key) {
+    return call([fn](Bytes& b, const std::string& t) { return fn(b.data(), t.c_str()); },
+                out(key, Bytes(N, 0xEE)), in<std::string>("text"));
+}
+template <std::size_t N>
+conf::Handler AddressTo(bool (*fn)(CString&, const BYTE*), const char* key) {
+    return call(
+        [fn](CString& text, Bytes& b) {
+            conf::harness([&] { b.resize(std::max(b.size(), N)); });
+            return fn(text, b.data());
+        },
+        out("text", CString("junk")), in<Bytes>(key));
+}
+template <std::size_t N>
+conf::Handler Valid(bool (*fn)(const BYTE*), const char* key) {
+    return call(
+        [fn](Bytes& b) {
+            conf::harness([&] { b.resize(std::max(b.size(), N)); });
+            return fn(b.data());
+        },
+        in<Bytes>(key));
+}
+conf::Handler Valid(bool (*fn)(const char*)) {
+    return call([fn](const std::string& t) { return fn(t.c_str()); }, in<std::string>("text"));
 }
 
-// Reads an address text into a pre-filled array of n bytes.
-template <int N>
-json AddressFrom(const json& a, bool (*fn)(BYTE*, const char*), const char* key) {
-    BYTE out[N];
-    std::memset(out, 0xEE, N);
-    const bool ok = fn(out, Text(a).c_str());
-    return json{{"value", ok}, {key, ByteList(out, N)}};
+// The typed list as text into a buffer of exactly `size` bytes followed by guard bytes.
+int ToBuffer(json& buffer, int size, const json& list, BYTE type, int hex) {
+    conf::Harness harness;
+    const std::size_t n = static_cast<std::size_t>(std::max(size, 0));
+    constexpr char kFill = '\x7f';
+    std::vector<char> b(n + 16, kFill);
+    const auto raw = RawList(list, type);
+    const int v = [&] {
+        conf::LibraryCall lib;
+        return A::TransListToString(b.data(), size, raw.data(), int(list.size()), type, hex);
+    }();
+    const auto touched = [&](std::size_t from, std::size_t to) {
+        return std::any_of(b.begin() + long(from), b.begin() + long(to),
+                           [](char c) { return c != kFill; });
+    };
+    if (touched(n, b.size())) throw std::runtime_error("wrote past size");
+    if (v >= 0)
+        buffer = std::string(b.data(), std::size_t(v));
+    else
+        buffer = touched(0, n) ? json("touched") : json(nullptr);
+    return v;
 }
 
-json AddressTo(const json& a, bool (*fn)(CString&, const BYTE*), const char* key) {
-    CString text("junk");
-    const bool ok = fn(text, Bytes(a[key]).data());
-    return json{{"value", ok}, {"text", text.str()}};
+int FromText(json& list, int max, BYTE type, const std::string& text, int hex) {
+    conf::Harness harness;
+    Bytes raw(static_cast<std::size_t>(std::max(max, 0)) * 8 + 8, 0);
+    const int v = [&] {
+        conf::LibraryCall lib;
+        return A::TransListFromString(raw.data(), max, type, text.c_str(), hex);
+    }();
+    list = ListJson(raw, v, type);
+    return v;
 }
 
-BYTE Type(const json& a) {
-    return static_cast<BYTE>(conf::u32(a["type"]));
+// Joins "items"; with "count" the plain-array form is used (count may be below the items).
+int JoinItems(CString& text, const CStringArray& items, int count) {
+    if (count < 0) return A::TransListToString(text, items);
+    if (count > items.GetSize()) throw std::runtime_error("count exceeds the items");
+    return A::TransListToString(text, items.GetData(), count);
 }
 
-static conf::Register reg{
-    {"AMathOpt::ipaddress_TransFromString",
-     [](const json& a) { return AddressFrom<4>(a, AMathOpt::ipaddress_TransFromString, "ip"); }},
-    {"AMathOpt::macaddress_TransFromString",
-     [](const json& a) { return AddressFrom<6>(a, AMathOpt::macaddress_TransFromString, "mac"); }},
-    {"AMathOpt::ipaddress_TransToString",
-     [](const json& a) { return AddressTo(a, AMathOpt::ipaddress_TransToString, "ip"); }},
-    {"AMathOpt::macaddress_TransToString",
-     [](const json& a) { return AddressTo(a, AMathOpt::macaddress_TransToString, "mac"); }},
-    {"AMathOpt::ipaddress_IsValid(text)",
-     [](const json& a) { return value(AMathOpt::ipaddress_IsValid(Text(a).c_str())); }},
-    {"AMathOpt::macaddress_IsValid(text)",
-     [](const json& a) { return value(AMathOpt::macaddress_IsValid(Text(a).c_str())); }},
-    {"AMathOpt::ipaddress_IsValid(bytes)",
-     [](const json& a) { return value(AMathOpt::ipaddress_IsValid(Bytes(a["ip"]).data())); }},
-    {"AMathOpt::macaddress_IsValid(bytes)",
-     [](const json& a) { return value(AMathOpt::macaddress_IsValid(Bytes(a["mac"]).data())); }},
+const auto type = in<BYTE>("type");
+const auto hex = in<int>("hex");
+
+const conf::Register reg{
+    {"AMathOpt::ipaddress_TransFromString", AddressFrom<4>(A::ipaddress_TransFromString, "ip")},
+    {"AMathOpt::macaddress_TransFromString", AddressFrom<6>(A::macaddress_TransFromString, "mac")},
+    {"AMathOpt::ipaddress_TransToString", AddressTo<4>(A::ipaddress_TransToString, "ip")},
+    {"AMathOpt::macaddress_TransToString", AddressTo<6>(A::macaddress_TransToString, "mac")},
+    {"AMathOpt::ipaddress_IsValid(text)", Valid(A::ipaddress_IsValid)},
+    {"AMathOpt::macaddress_IsValid(text)", Valid(A::macaddress_IsValid)},
+    {"AMathOpt::ipaddress_IsValid(bytes)", Valid<4>(A::ipaddress_IsValid, "ip")},
+    {"AMathOpt::macaddress_IsValid(bytes)", Valid<6>(A::macaddress_IsValid, "mac")},
     {"AMathOpt::TransListToString",
-     [](const json& a) {
-         CString text("junk");
-         const int v =
-             AMathOpt::TransListToString(text, RawList(a["list"], Type(a)).data(),
-                                         int(a["list"].size()), Type(a), conf::i32(a["hex"]));
-         return json{{"value", v}, {"text", text.str()}};
-     }},
+     call(
+         [](CString& t, const json& l, BYTE ty, int h) {
+             const auto raw = conf::harness([&] { return RawList(l, ty); });
+             return A::TransListToString(t, raw.data(), int(l.size()), ty, h);
+         },
+         out("text", CString("junk")), in<json>("list"), type, hex)},
     {"AMathOpt::TransListToString(buffer)",
-     [](const json& a) {
-         const size_t size = static_cast<size_t>(std::max(conf::i32(a["size"]), 0));
-         // The buffer holds exactly size bytes, pre-filled, then guard bytes.
-         constexpr char kFill = '\x7f';
-         std::vector<char> buffer(size + 16, kFill);
-         const int v = AMathOpt::TransListToString(
-             buffer.data(), conf::i32(a["size"]), RawList(a["list"], Type(a)).data(),
-             int(a["list"].size()), Type(a), conf::i32(a["hex"]));
-         const auto touched = [&](size_t from, size_t to) {
-             return std::any_of(&buffer[from], &buffer[0] + to, [](char c) { return c != kFill; });
-         };
-         if (touched(size, buffer.size())) throw std::runtime_error("wrote past size");
-         if (v >= 0) return json{{"value", v}, {"buffer", std::string(buffer.data(), size_t(v))}};
-         return json{{"value", v}, {"buffer", touched(0, size) ? json("touched") : json(nullptr)}};
-     }},
+     call(ToBuffer, out<json>("buffer"), in<int>("size"), in<json>("list"), type, hex)},
     {"AMathOpt::TransListFromString",
-     [](const json& a) {
-         const int max = conf::i32(a["max"]);
-         std::vector<BYTE> raw(static_cast<size_t>(std::max(max, 0)) * 8 + 8, 0);
-         const int v = AMathOpt::TransListFromString(raw.data(), max, Type(a), Text(a).c_str(),
-                                                     conf::i32(a["hex"]));
-         return json{{"value", v}, {"list", ListJson(raw, v, Type(a))}};
-     }},
+     call(FromText, out<json>("list"), in<int>("max"), type, in<std::string>("text"), hex)},
+    {"AMathOpt::TransListToString(strings)",
+     call(JoinItems, out("text", CString("junk")), in<CStringArray>("items"),
+          conf::opt("count", -1))},
     {"AMathOpt::TransListFromString(strings)",
-     [](const json& a) {
-         CStringArray items;
-         items.Add("junk");
-         const int v = AMathOpt::TransListFromString(items, Text(a).c_str());
-         json out = json::array();
-         for (const CString& s : items) out.push_back(s.str());
-         return json{{"value", v}, {"items", out}};
-     }},
+     call([](CStringArray& items,
+             const std::string& t) { return A::TransListFromString(items, t.c_str()); },
+          out("items", conf::Codec<CStringArray>::get(json::array({"junk"}))),
+          in<std::string>("text"))},
 };
 
 }  // namespace

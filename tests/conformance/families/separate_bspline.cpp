@@ -30,10 +30,9 @@ conf::json Convert(const std::vector<P>& in, int mode, P fill) {
     const bool untouched = std::memcmp(out.data(), before.data(), out.size() * sizeof(P)) == 0;
     res["count"] = count == kUnwritten ? conf::json(nullptr) : conf::json(count);
     if (count != kUnwritten && count >= 0 && static_cast<std::size_t>(count) <= out.size())
-        res["points"] = conf::geo::to_json(out.data(), static_cast<std::size_t>(count));
+        res["points"] = conf::put_all(out.data(), static_cast<std::size_t>(count));
     else
-        res["points"] =
-            untouched ? conf::json(nullptr) : conf::geo::to_json(out.data(), out.size());
+        res["points"] = untouched ? conf::json(nullptr) : conf::put_all(out.data(), out.size());
     return res;
 }
 
@@ -41,31 +40,31 @@ conf::json Convert(const std::vector<P>& in, int mode, P fill) {
 // (4 * (n - 1) or 3 * (n - 2) points) on success, null when the array was left untouched.
 conf::json Layout(const conf::json& a, int (*fn)(POINTD*, int), std::size_t perWindow,
                   std::size_t windowsLess) {
-    std::vector<POINTD> p = conf::geo::pointds(a.at("points"));
+    std::vector<POINTD> p = conf::Codec<std::vector<POINTD>>::get(a.at("points"));
     const std::size_t n = p.size();
     p.resize(4 * n + 4, POINTD(1e300, -1e300));
     const std::vector<POINTD> before = p;
     const int r = fn(p.data(), static_cast<int>(n));
     conf::json res{{"value", r}};
     if (r == 1 && n >= windowsLess)
-        res["points"] = conf::geo::to_json(p.data(), perWindow * (n - windowsLess));
+        res["points"] = conf::put_all(p.data(), perWindow * (n - windowsLess));
     else
         res["points"] = std::memcmp(p.data(), before.data(), p.size() * sizeof(POINTD)) == 0
                             ? conf::json(nullptr)
-                            : conf::geo::to_json(p.data(), p.size());
+                            : conf::put_all(p.data(), p.size());
     return res;
 }
 
 const conf::Register reg{
     {"SEPARATE::BSplineToBezier(POINT)",
      [](const conf::json& a) {
-         return Convert(conf::geo::points(a.at("points")), conf::i32(a.at("mode")),
-                        POINT{kSentinel, kSentinel});
+         return Convert(conf::Codec<std::vector<POINT>>::get(a.at("points")),
+                        conf::i32(a.at("mode")), POINT{kSentinel, kSentinel});
      }},
     {"SEPARATE::BSplineToBezier(POINTD)",
      [](const conf::json& a) {
-         return Convert(conf::geo::pointds(a.at("points")), conf::i32(a.at("mode")),
-                        POINTD(1e300, -1e300));
+         return Convert(conf::Codec<std::vector<POINTD>>::get(a.at("points")),
+                        conf::i32(a.at("mode")), POINTD(1e300, -1e300));
      }},
     {"SEPARATE::GetMyBSCtrl",
      [](const conf::json& a) { return Layout(a, &SeparateProbe::GetMyBSCtrl, 4, 1); }},

@@ -5,105 +5,86 @@
 
 namespace {
 
-using conf::json;
-using conf::num;
-using conf::value;
+using conf::call;
+using conf::in;
+using conf::out;
 
-AResUnit Res(const json& v) {
-    return static_cast<AResUnit>(conf::i32(v));
-}
-ASizeUnit Size(const json& v) {
-    return static_cast<ASizeUnit>(conf::i32(v));
-}
-
-// The argument shapes shared by several operations.
+const auto res = in<double>("res");
+const auto unit = in<AResUnit>("unit");
+const auto size = in<ASizeUnit>("unit");
+// (value, res, resUnit, unit)
 template <class R>
-json OfRes(const json& a, R (*fn)(double, AResUnit)) {
-    return value(fn(num(a["res"]), Res(a["unit"])));
+conf::Handler OfSize(R (*fn)(double, double, AResUnit, ASizeUnit)) {
+    return call(fn, in<double>("value"), res, in<AResUnit>("resUnit"), size);
 }
-template <class R>
-json OfSize(const json& a, R (*fn)(double, double, AResUnit, ASizeUnit)) {
-    return value(fn(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"])));
+// A unit's name as text and as a bounded copy ("size" bytes) into a buffer.
+template <class U>
+conf::Handler Name(int (*fn)(CString&, U)) {
+    return conf::call_as("count", fn, out("text", CString("stale")), in<U>("unit"));
 }
-json OfPair(const json& a, int (*fn)(double, double)) {
-    return value(fn(num(a["a"]), num(a["b"])));
+template <class U>
+conf::Handler NameBuffer(int (*fn)(char*, int, U)) {
+    return conf::call_as(
+        "count",
+        [fn](std::string& text, int n, U u) {
+            char buf[64] = "stale";
+            if (n > static_cast<int>(sizeof buf)) throw std::runtime_error("size");
+            const int r = fn(buf, n, u);
+            text = buf;
+            return r;
+        },
+        out<std::string>("text"), in<int>("size"), in<U>("unit"));
 }
-template <class Unit>
-json Name(const json& a, int (*fn)(CString&, Unit)) {
-    CString text("stale");
-    const int n = fn(text, static_cast<Unit>(conf::i32(a["unit"])));
-    return json{{"count", n}, {"text", text.str()}};
-}
-template <class Unit>
-json NameBuffer(const json& a, int (*fn)(char*, int, Unit)) {
-    char buf[64] = "stale";
-    const int n = fn(buf, conf::i32(a["size"]), static_cast<Unit>(conf::i32(a["unit"])));
-    return json{{"count", n}, {"text", std::string(buf)}};
+const auto pair = [](int (*fn)(double, double)) {
+    return call(fn, in<double>("a"), in<double>("b"));
+};
+
+// CUnitTrans with its two members read from and reported as "length" and "resolution".
+template <class F, class... A>
+conf::Handler Trans(F f, A... more) {
+    return call(
+        [f](double& length, double& resolution, auto... x) {
+            CUnitTrans t;
+            t.m_dLength = length, t.m_dResolution = resolution;
+            const auto r = f(t, x...);
+            length = t.m_dLength, resolution = t.m_dResolution;
+            return r;
+        },
+        conf::opt("length", 0.0).to(), conf::opt("resolution", 0.0).to(), more...);
 }
 
-static conf::Register reg{
-    {"ToDPMM", [](const json& a) { return OfRes(a, ToDPMM); }},
-    {"ToDPI", [](const json& a) { return OfRes(a, ToDPI); }},
-    {"ToNDPI", [](const json& a) { return OfRes(a, ToNDPI); }},
-    {"IsValidRes", [](const json& a) { return OfRes(a, IsValidRes); }},
-    {"RightRes", [](const json& a) { return OfRes(a, RightRes); }},
-    {"ToINCH", [](const json& a) { return OfSize(a, ToINCH); }},
-    {"ToMM", [](const json& a) { return OfSize(a, ToMM); }},
-    {"ToPIXEL", [](const json& a) { return OfSize(a, ToPIXEL); }},
-    {"ToNPIXEL", [](const json& a) { return OfSize(a, ToNPIXEL); }},
-    {"EqualNDPI", [](const json& a) { return OfPair(a, EqualNDPI); }},
-    {"EqualDPMM", [](const json& a) { return OfPair(a, EqualDPMM); }},
-    {"EqualDPI", [](const json& a) { return OfPair(a, EqualDPI); }},
-    {"EqualRes",
-     [](const json& a) {
-         return value(EqualRes(num(a["a"]), num(a["b"]), Res(a["unit"]), conf::i32(a["integer"])));
-     }},
-    {"DefResPrecision", [](const json& a) { return value(DefResPrecision(Res(a["unit"]))); }},
-    {"SizeUnitString", [](const json& a) { return Name<ASizeUnit>(a, SizeUnitString); }},
-    {"ResUnitString", [](const json& a) { return Name<AResUnit>(a, ResUnitString); }},
-    {"SizeUnitString(char*,int)",
-     [](const json& a) { return NameBuffer<ASizeUnit>(a, SizeUnitString); }},
-    {"ResUnitString(char*,int)",
-     [](const json& a) { return NameBuffer<AResUnit>(a, ResUnitString); }},
-    {"CUnitTrans::GetValue",
-     [](const json& a) {
-         CUnitTrans t;
-         t.m_dLength = num(a["length"]);
-         t.m_dResolution = num(a["resolution"]);
-         return value(
-             t.GetValue(Size(a["unit"]), conf::i32(a["digits"]), conf::i32(a["toInteger"])));
-     }},
-    {"ConvertSize",
-     [](const json& a) {
-         return value(ConvertSize(num(a["value"]), Size(a["from"]), Size(a["to"]), num(a["res"]),
-                                  Res(a["resUnit"]), conf::i32(a["toInteger"])));
-     }},
-    {"CUnitTrans::SetParams",
-     [](const json& a) {
-         CUnitTrans t;
-         const int r =
-             t.SetParams(num(a["value"]), num(a["res"]), Res(a["resUnit"]), Size(a["unit"]));
-         return json{{"value", r},
-                     {"length", conf::dbl(t.m_dLength)},
-                     {"resolution", conf::dbl(t.m_dResolution)}};
-     }},
+const conf::Register reg{
+    {"ToDPMM", call(ToDPMM, res, unit)},
+    {"ToDPI", call(ToDPI, res, unit)},
+    {"ToNDPI", call(ToNDPI, res, unit)},
+    {"IsValidRes", call(IsValidRes, res, unit)},
+    {"RightRes", call(RightRes, res, unit)},
+    {"DefResPrecision", call(DefResPrecision, unit)},
+    {"ToINCH", OfSize(ToINCH)},
+    {"ToMM", OfSize(ToMM)},
+    {"ToPIXEL", OfSize(ToPIXEL)},
+    {"ToNPIXEL", OfSize(ToNPIXEL)},
+    {"EqualNDPI", pair(EqualNDPI)},
+    {"EqualDPMM", pair(EqualDPMM)},
+    {"EqualDPI", pair(EqualDPI)},
+    {"EqualRes", call(EqualRes, in<double>("a"), in<double>("b"), unit, in<int>("integer"))},
+    {"SizeUnitString", Name<ASizeUnit>(SizeUnitString)},
+    {"ResUnitString", Name<AResUnit>(ResUnitString)},
+    {"SizeUnitString(char*,int)", NameBuffer<ASizeUnit>(SizeUnitString)},
+    {"ResUnitString(char*,int)", NameBuffer<AResUnit>(ResUnitString)},
+    {"ConvertSize", call(ConvertSize, in<double>("value"), in<ASizeUnit>("from"),
+                         in<ASizeUnit>("to"), res, in<AResUnit>("resUnit"), in<int>("toInteger"))},
     {"ConvertRes",
-     [](const json& a) {
-         return value(
-             ConvertRes(num(a["res"]), Res(a["from"]), Res(a["to"]), conf::i32(a["toInteger"])));
-     }},
+     call(ConvertRes, res, in<AResUnit>("from"), in<AResUnit>("to"), in<int>("toInteger"))},
+    {"CUnitTrans::GetValue",
+     Trans([](CUnitTrans& t, ASizeUnit u, int d, int i) { return t.GetValue(u, d, i); }, size,
+           in<int>("digits"), in<int>("toInteger"))},
+    {"CUnitTrans::SetParams", Trans([](CUnitTrans& t, double v, double r, AResUnit ru,
+                                       ASizeUnit u) { return t.SetParams(v, r, ru, u); },
+                                    in<double>("value"), res, in<AResUnit>("resUnit"), size)},
     {"CUnitTrans::SetRes",
-     [](const json& a) {
-         CUnitTrans t;
-         const int r = t.SetRes(num(a["res"]), Res(a["unit"]));
-         return json{{"value", r}, {"resolution", conf::dbl(t.m_dResolution)}};
-     }},
-    {"CUnitTrans::IsValid",
-     [](const json& a) {
-         CUnitTrans t;
-         t.m_dResolution = num(a["resolution"]);
-         return value(t.IsValid());
-     }},
+     Trans([](CUnitTrans& t, double r, AResUnit u) { return t.SetRes(r, u); }, res, unit)},
+    {"CUnitTrans::IsValid", Trans([](CUnitTrans& t) { return t.IsValid(); })},
 };
 
 }  // namespace

@@ -1,0 +1,12 @@
+// Export control of the user-interface library: hidden by default, KXBASE_UI_API marks the API.
+#pragma once
+
+#if defined(_WIN32)
+#if defined(KXBASE_UI_BUILDING)
+#define KXBASE_UI_API __declspec(dllexport)
+#else
+#define KXBASE_UI_API __declspec(dllimport)
+#endif
+#else
+#define KXBASE_UI_API __attribute__((visibility("default")))
+#endif
