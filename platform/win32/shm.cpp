@@ -6,6 +6,11 @@
 // A mapping lives while any process holds a handle to it or a view of it: when the last one
 // goes (a crashed creator included) the system removes it. An area that still exists therefore
 // has a live holder, and there is no creator mark to test.
+//
+// Transfers copy through the views that the channel has mapped: Windows has no positional
+// read or write on a section handle, and the channel only transfers inside its current window,
+// so the backend keeps a small table of the views it handed out and copies into the one that
+// covers the range. A range no view covers gets a view of its own for the copy.
 #include "platform/shm_p.h"
 
 #ifndef NOMINMAX
@@ -13,8 +18,42 @@
 #endif
 #include <windows.h>
 
+#include <cstring>
+#include <mutex>
+#include <vector>
+
 namespace kxbase::detail {
 namespace {
+
+struct MappedView {
+    ShmHandle handle;
+    UINT64 offset;
+    std::size_t length;
+    BYTE* view;
+};
+
+// Views of every channel of the process; guarded by views_lock(). A handful at most: each
+// open channel holds its header view and one window.
+std::vector<MappedView>& views() {
+    static std::vector<MappedView> table;
+    return table;
+}
+
+std::mutex& views_lock() {
+    static std::mutex lock;
+    return lock;
+}
+
+// The address of area offset `offset` in a registered view of `handle` that holds `length`
+// bytes from there, or null.
+BYTE* registered_address(ShmHandle handle, UINT64 offset, std::size_t length) {
+    std::lock_guard<std::mutex> guard(views_lock());
+    for (const MappedView& v : views())
+        if (v.handle == handle && offset >= v.offset && offset - v.offset <= v.length &&
+            length <= v.length - (offset - v.offset))
+            return v.view + (offset - v.offset);
+    return nullptr;
+}
 
 HANDLE to_handle(ShmHandle h) {
     return reinterpret_cast<HANDLE>(h);
@@ -98,19 +137,77 @@ void* ShmMap(ShmHandle handle, UINT64 offset, std::size_t length, int& err) {
     void* view =
         MapViewOfFile(to_handle(handle), FILE_MAP_ALL_ACCESS, static_cast<DWORD>(offset >> 32),
                       static_cast<DWORD>(offset), length);
-    if (view == nullptr) err = last_error();
+    if (view == nullptr) {
+        err = last_error();
+        return nullptr;
+    }
+    try {
+        std::lock_guard<std::mutex> guard(views_lock());
+        views().push_back({handle, offset, length, static_cast<BYTE*>(view)});
+    } catch (...) {
+        // Without its table entry the view still works; transfers then map their own.
+    }
     return view;
 }
 
 void ShmUnmap(void* view, std::size_t) {
-    if (view != nullptr) UnmapViewOfFile(view);
+    if (view == nullptr) return;
+    {
+        std::lock_guard<std::mutex> guard(views_lock());
+        auto& table = views();
+        for (std::size_t i = 0; i < table.size(); ++i)
+            if (table[i].view == view) {
+                table[i] = table.back();
+                table.pop_back();
+                break;
+            }
+    }
+    UnmapViewOfFile(view);
 }
 
-bool ShmPrefault(void*, std::size_t, bool, int& err) {
-    // Page-file-backed views are committed when the mapping is made; the copy faults the
-    // pages in itself.
+namespace {
+
+// Copies between `buffer` and [offset, offset + length) of the area: through the view that
+// covers the range, or through a view made for this copy. Page-file-backed sections are
+// committed when they are created, so the copy cannot fault on a page that is missing.
+bool copy_range(ShmHandle handle, UINT64 offset, void* buffer, std::size_t length, bool write,
+                int& err) {
     err = 0;
+    if (length == 0) return true;
+    BYTE* at = registered_address(handle, offset, length);
+    void* own = nullptr;
+    if (at == nullptr) {
+        const DWORD granularity = ShmGranularity();
+        const UINT64 start = offset - offset % granularity;
+        const std::size_t skip = static_cast<std::size_t>(offset - start);
+        if (offset + length > ShmObjectSize(handle)) {
+            err = ERROR_INVALID_ADDRESS;
+            return false;
+        }
+        own = MapViewOfFile(to_handle(handle), FILE_MAP_ALL_ACCESS, static_cast<DWORD>(start >> 32),
+                            static_cast<DWORD>(start), skip + length);
+        if (own == nullptr) {
+            err = last_error();
+            return false;
+        }
+        at = static_cast<BYTE*>(own) + skip;
+    }
+    if (write)
+        std::memcpy(at, buffer, length);
+    else
+        std::memcpy(buffer, at, length);
+    if (own != nullptr) UnmapViewOfFile(own);
     return true;
+}
+
+}  // namespace
+
+bool ShmWrite(ShmHandle handle, UINT64 offset, const void* buffer, std::size_t length, int& err) {
+    return copy_range(handle, offset, const_cast<void*>(buffer), length, true, err);
+}
+
+bool ShmRead(ShmHandle handle, UINT64 offset, void* buffer, std::size_t length, int& err) {
+    return copy_range(handle, offset, buffer, length, false, err);
 }
 
 void ShmClose(ShmHandle handle) {

@@ -5,7 +5,7 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
-#include <windows.h>
+#include <windows.h>  // with winsock.h: WSAStartup and WSACleanup
 
 #include <cmath>
 #include <cstdlib>
@@ -13,6 +13,24 @@
 
 namespace kxbase::sys {
 namespace {
+
+// Winsock for every program that links the library: this file is always linked (the clocks
+// and error texts live here), unlike an object of its own in the static library, which the
+// linker would leave out because nothing refers to it.
+struct WinsockLifetime {
+    bool started = false;
+    WinsockLifetime() {
+        WSADATA data{};
+        started = WSAStartup(MAKEWORD(2, 2), &data) == 0;
+    }
+    ~WinsockLifetime() {
+        if (started) WSACleanup();
+    }
+    WinsockLifetime(const WinsockLifetime&) = delete;
+    WinsockLifetime& operator=(const WinsockLifetime&) = delete;
+};
+
+const WinsockLifetime g_winsock;
 
 INT64 performance_frequency() {
     static const INT64 frequency = [] {
@@ -58,6 +76,14 @@ DWORD ErrorNoSuchFile() {
 
 DWORD ErrorInvalidArgument() {
     return ERROR_INVALID_PARAMETER;
+}
+
+DWORD ErrorOutOfMemory() {
+    return ERROR_NOT_ENOUGH_MEMORY;
+}
+
+DWORD ErrorInvalidHandle() {
+    return ERROR_INVALID_HANDLE;
 }
 
 bool SystemErrorText(DWORD code, std::string& text) {

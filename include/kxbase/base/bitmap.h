@@ -20,6 +20,10 @@
 #include <kxbase/platform/object.h>
 #include <kxbase/platform/types.h>
 
+#if defined(_WIN32)
+// Windows: HBITMAP, BITMAP and BITMAPINFOHEADER are the system's own (same fields). A handle
+// made by KxCreateBitmap is this library's image, not a GDI object.
+#else
 struct KxBitmapImage;
 /// Handle of a device bitmap; null is "no bitmap".
 using HBITMAP = KxBitmapImage*;
@@ -49,6 +53,7 @@ struct BITMAPINFOHEADER {
     DWORD biClrUsed;  ///< 0: no colour table
     DWORD biClrImportant;
 };
+#endif
 #ifndef BI_RGB
 #define BI_RGB 0u
 #endif
