@@ -27,7 +27,6 @@ if(WIN32)
     # The DLL's entry point, which only the shared library may have.
     target_sources(kxbase PRIVATE ${PROJECT_SOURCE_DIR}/platform/win32/dll/dll_main.cpp)
     set_target_properties(kxbase PROPERTIES PREFIX "")  # kxBaseCommon.dll, as hosts load it
-    target_sources(kxbase_static PRIVATE ${PROJECT_SOURCE_DIR}/platform/win32/dll/static_startup.cpp)
 endif()
 add_library(kxBaseCommon::kxbase ALIAS kxbase)
 add_library(kxBaseCommon::kxbase_static ALIAS kxbase_static)

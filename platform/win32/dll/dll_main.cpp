@@ -1,7 +1,8 @@
 // Entry point of kxBaseCommon.dll. Winsock is started here because it is the one start-up
 // step whose failure must fail the load: a host then gets the loader's error instead of a
-// library whose network calls all fail later. The static library starts Winsock from its
-// global objects instead (platform/win32/dll/static_startup.cpp).
+// library whose network calls all fail later. The backend starts it once more from a global
+// object (platform/win32/sys.cpp), which is what a program linked with the static library
+// gets; Winsock counts its start-ups, so the DLL's second one costs nothing.
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
