@@ -3,14 +3,6 @@
 // and unload without leaking (this program runs with LeakSanitizer in sanitizer builds).
 #include <gtest/gtest.h>
 
-#if defined(_WIN32)
-TEST(ModuleLoad, PosixOnly) {
-    GTEST_SKIP() << "POSIX only: loads a copy of the shared library with dlopen and reads its "
-                    "folder tree through POSIX; on Windows the start-up runs in every test program "
-                    "through the static library's start-up";
-}
-#else
-
 #include <dlfcn.h>
 #include <stdlib.h>
 #include <unistd.h>
@@ -90,4 +82,3 @@ TEST_F(Loaded, StartUpPlacesTheTreeAndUnloadsCleanly) {
         EXPECT_EQ(dlclose(handle_), 0);
     }
 }
-#endif  // _WIN32

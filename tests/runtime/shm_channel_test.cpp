@@ -3,14 +3,6 @@
 // state, and never crashes or touches memory outside the area).
 #include <gtest/gtest.h>
 
-#if defined(_WIN32)
-TEST(ShmChannel, PosixOnly) {
-    GTEST_SKIP()
-        << "POSIX only: reads the area's object in /dev/shm, forks and maps guard pages; on "
-           "Windows the same behaviour is covered by ShareMemoryPortable and ShmTwoProcess";
-}
-#else
-
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -350,4 +342,3 @@ TEST(ShmBadInput, WindowLengthThatWrapsPastFourGigabytes) {
 }
 
 }  // namespace
-#endif  // _WIN32

@@ -4,13 +4,6 @@
 // fault gives the channel's own text and leaves the object usable.
 #include <gtest/gtest.h>
 
-#if defined(_WIN32)
-TEST(ShmFault, PosixOnly) {
-    GTEST_SKIP() << "POSIX only: uses the file-size limit (setrlimit) and fork to make the storage "
-                    "and the peer fail; Windows has neither";
-}
-#else
-
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -111,4 +104,3 @@ TEST(ShmFault, PeerKilledDuringATransfer) {
 }
 
 }  // namespace
-#endif  // _WIN32
