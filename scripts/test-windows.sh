@@ -5,7 +5,7 @@
 #     with their reason), including the two-process shared memory test, whose second process
 #     (kxbase_shm_peer.exe) the test starts with CreateProcess;
 #   - the golden-vector runner on the vendored vectors and on our own extra ones;
-#   - kxbase.exe --version and a compress / decompress round trip.
+#   - kxbase.exe --version, info (the DLL's start-up) and a compress / decompress round trip.
 # It prints the passed and skipped counts (with the reasons) and each vector family's line.
 # Usage: scripts/test-windows.sh [build folder, default build/mingw]
 set -euo pipefail
@@ -69,6 +69,16 @@ cp "$build"/kxBaseCommon.dll "$tool"/ 2>/dev/null || true
 cat runtime/*.cpp >"$tool/smoke-in.bin"
 run log-version.txt "$tool" ./kxbase.exe --version
 cat "$tool/log-version.txt"
+# Loading kxBaseCommon.dll runs the start-up: the product tree appears beside the DLL.
+run log-info.txt "$tool" ./kxbase.exe info
+if tr -d '\r' <"$tool/log-info.txt" | grep -q 'kxBaseCommon\.dll$' &&
+    tr -d '\r' <"$tool/log-info.txt" | grep -Eq 'm_strChartProofPath +yes +.*\\Chart/ChartProof/$'; then
+    echo "kxbase.exe info: kxBaseCommon.dll loaded, product tree created beside it"
+else
+    cat "$tool/log-info.txt"
+    echo "FAILED: kxbase.exe info" >&2
+    failed=1
+fi
 run log-codec.txt "$tool" ./kxbase.exe compress --codec lzw smoke-in.bin smoke.kxz
 run log-codec2.txt "$tool" ./kxbase.exe decompress smoke.kxz smoke-out.bin
 if cmp -s "$tool/smoke-in.bin" "$tool/smoke-out.bin"; then
