@@ -24,7 +24,7 @@
 /// at `first` (count `this` as argument 1 in member functions), so compilers that know the
 /// attribute check the calls. The library's formatter also accepts the "I64" length prefix
 /// ("%I64d", "%I64u", "%I64X"), which the checker does not know: write such formats through
-/// a variable, or use the <cinttypes> macros.
+/// a variable, or use the `<cinttypes>` macros.
 #if defined(__GNUC__) || defined(__clang__)
 #define KXBASE_PRINTF_FORMAT(fmt, first) __attribute__((format(printf, fmt, first)))
 #else

@@ -106,6 +106,7 @@ private:
 /// CPtrList with index-based insertion and the index of a node.
 class KXBASE_API APtrList : public CPtrList {
 public:
+    /// An empty list; nBlockSize as for CPtrList.
     explicit APtrList(int nBlockSize = 10) : CPtrList(nBlockSize) {}
 
     /// Zero-based index of node pos counted from the head; 0x7FFFFFFF when pos is null, the

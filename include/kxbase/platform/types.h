@@ -7,7 +7,7 @@
 ///
 /// The widths are those of the 64-bit Windows data model the library's hosts were written
 /// for: DWORD, ULONG and LONG are 32 bits here too (never the native `long`, which is 64 bits
-/// on Linux). Code that formats these uses the <cinttypes> macros so the text is the same as
+/// on Linux). Code that formats these uses the `<cinttypes>` macros so the text is the same as
 /// on Windows ("%I64d" there, PRId64 here).
 ///
 /// Thread-safety: plain types and records; nothing here holds state.

@@ -4,6 +4,7 @@
 /// Every folder hangs below the product folder, which is the folder holding the library file
 /// itself (or the folder a host names, see below). Each member is a folder path ending in '/':
 ///
+/// \verbatim
 ///   m_strAppPath          product folder           m_strDebugPath       <product>/Debug/
 ///   m_strFmtPath          <product>/FMT/           m_strInputPath       <Profile>/Input/
 ///   m_strDrvPath          <product>/DRV/           m_strInputCMYKPath   <Profile>/InputCMYK/
@@ -14,6 +15,7 @@
 ///   m_strChartPath        <product>/Chart/         m_strChartLinePath   <Chart>/ChartLine/
 ///   m_strTemplatePath     <product>/Template/      m_strChartICCPath    <Chart>/ChartICC/
 ///   m_strPrinterPath      <Config>/Printer/        m_strChartProofPath  <Chart>/ChartProof/
+/// \endverbatim
 ///
 /// So for a library at /opt/rip/lib/libkxBaseCommon.so the CMYK input profile folder is
 /// /opt/rip/lib/Profile/InputCMYK/ and the printer folder is /opt/rip/lib/Config/Printer/.

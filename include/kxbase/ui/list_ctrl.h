@@ -83,7 +83,7 @@ struct LVCOLUMN {
     int cx;          ///< width in pixels
     char* pszText;   ///< receives the heading (at most cchTextMax - 1 bytes, terminated)
     int cchTextMax;  ///< size of the pszText buffer in bytes, terminator included
-    int iSubItem;    ///< the column's index
+    int iSubItem;    ///< not filled by GetColumn (kept for the record layout hosts know)
 };
 
 class CListCtrl;
@@ -126,8 +126,8 @@ public:
                      int nSubItem = -1);
     /// Removes column nCol and its cells. FALSE when the column does not exist.
     BOOL DeleteColumn(int nCol);
-    /// FALSE when the column does not exist (the count of columns is found by asking for
-    /// 0, 1, 2, ... until this fails).
+    /// Fills what column->mask asks for. FALSE when the column does not exist or column is
+    /// null (the count of columns is found by asking for 0, 1, 2, ... until this fails).
     BOOL GetColumn(int nCol, LVCOLUMN* column) const;
     /// Width of column nCol in pixels; 0 when it does not exist.
     int GetColumnWidth(int nCol) const;
