@@ -199,9 +199,8 @@ bool CheckAllSwept() {
     }
     for (const auto& [fn, why] : g_unswept)
         if (!bound.count(fn)) stale += "\n    " + fn + " (listed as unswept, but not bound)";
-    std::cout << "sweep coverage: " << bound.size() << " bound operations, " << swept
-              << " swept, " << listed << " listed unswept, " << propagating
-              << " propagating without a vector\n";
+    std::cout << "sweep coverage: " << bound.size() << " bound operations, " << swept << " swept, "
+              << listed << " listed unswept, " << propagating << " propagating without a vector\n";
     if (!gaps.empty())
         std::cout << "  bound, but neither swept nor listed with a reason:" << gaps << "\n";
     if (!stale.empty()) std::cout << "  stale entries of the unswept list:" << stale << "\n";

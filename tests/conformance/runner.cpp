@@ -114,9 +114,8 @@ int main(int argc, char** argv) {
             conf::sweep::require_all_swept(value());
 #endif
         else if (arg == "-h" || arg == "--help") {
-            std::cout
-                << "usage: kxbase_conformance [--vectors DIR]... [--families a,b] [--show N] [--list] "
-                   "[--disputed FILE] [FILE.json ...]\n";
+            std::cout << "usage: kxbase_conformance [--vectors DIR]... [--families a,b] [--show N] "
+                         "[--list] [--disputed FILE] [FILE.json ...]\n";
             return 0;
         } else
             files.emplace_back(arg);

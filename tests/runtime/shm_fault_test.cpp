@@ -105,8 +105,8 @@ struct Refusal {
 };
 
 const Refusal kRefusals[] = {
-    {"FileSystemFull", SmallShmFileSystem, FillShmFileSystem,
-     [] { return unlink(kFiller) == 0; }, "No space left on device (0x1C)"},
+    {"FileSystemFull", SmallShmFileSystem, FillShmFileSystem, [] { return unlink(kFiller) == 0; },
+     "No space left on device (0x1C)"},
     // Where it is set, the limit stops writes at 128 KB into the data part.
     {"FileSizeLimit", [] { return std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR; },
      [] { return SetFileSizeLimit(kHeader + 128 * kK); }, [] { return SetFileSizeLimit(0); },
@@ -199,10 +199,10 @@ TEST_P(ShmCutByAnotherProcess, TransferFailsAndTheObjectStaysUsable) {
     ASSERT_TRUE(server.CreateMap(name.c_str(), 1024 * kK, c.window)) << ErrorOf(server);
     shmtest::Cutter cutter(name);
     std::atomic<bool> cut{false};
-    shmtest::StallingBuffer buf(c.length,
-                                c.stallPage < 0 ? shmtest::StallingBuffer::kNoStall
-                                                : static_cast<std::size_t>(c.stallPage),
-                                0x6B, [&] { cut = cutter.Cut(c.keep); });
+    shmtest::StallingBuffer buf(
+        c.length,
+        c.stallPage < 0 ? shmtest::StallingBuffer::kNoStall : static_cast<std::size_t>(c.stallPage),
+        0x6B, [&] { cut = cutter.Cut(c.keep); });
     if (!buf.ok()) GTEST_SKIP() << "no userfaultfd for kernel accesses here: " << buf.why();
     if (c.stallPage < 0) {
         ASSERT_TRUE(cutter.Cut(c.keep));
@@ -221,7 +221,8 @@ TEST_P(ShmCutByAnotherProcess, TransferFailsAndTheObjectStaysUsable) {
     // What is left of the data part still transfers; with nothing left, the same text again.
     BYTE one = 0x3C, back = 0;
     const bool left = c.keep > kHeader;
-    EXPECT_EQ(server.WriteData(0, &one, 1) && server.ReadData(0, &back, 1), left) << ErrorOf(server);
+    EXPECT_EQ(server.WriteData(0, &one, 1) && server.ReadData(0, &back, 1), left)
+        << ErrorOf(server);
     EXPECT_EQ(back, left ? one : 0);
     if (!left) {
         EXPECT_EQ(ErrorOf(server), kCut);
@@ -255,7 +256,7 @@ TEST_P(ShmPeerKilled, SurvivorKeepsWorkingAndNothingIsLeft) {
         if (pid == 0) {
             close(sync[0]);
             const bool ready = serverDies ? server.CreateMap(name.c_str(), 8 << 20, 1 << 20)
-                                         : client.OpenMap(name.c_str(), 1 << 20);
+                                          : client.OpenMap(name.c_str(), 1 << 20);
             char word = ready ? 'o' : 'x';
             if (write(sync[1], &word, 1) != 1 || !ready) _exit(1);
             shmtest::StallingBuffer buf(1 << 20, 100, 0xC3, [&] {

@@ -37,10 +37,12 @@ public:
 
     StallingBuffer(std::size_t bytes, std::size_t stallPage, unsigned char fill,
                    std::function<void()> onStall)
-        : m_bytes(bytes), m_page(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))),
-          m_fill(fill), m_onStall(std::move(onStall)) {
-        void* p = mmap(nullptr, m_bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS,
-                       -1, 0);
+        : m_bytes(bytes),
+          m_page(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))),
+          m_fill(fill),
+          m_onStall(std::move(onStall)) {
+        void* p =
+            mmap(nullptr, m_bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (p == MAP_FAILED) {
             Fail("mmap");
             return;
@@ -80,8 +82,10 @@ public:
     ~StallingBuffer() {
         if (m_thread.joinable()) {
             const char c = 0;
-            if (write(m_stop[1], &c, 1) == 1) m_thread.join();
-            else m_thread.detach();
+            if (write(m_stop[1], &c, 1) == 1)
+                m_thread.join();
+            else
+                m_thread.detach();
         }
         for (int fd : {m_uffd, m_stop[0], m_stop[1]})
             if (fd >= 0) close(fd);
@@ -97,9 +101,7 @@ public:
     bool stalled() const { return m_stalled.load(); }
 
 private:
-    void Fail(const char* what) {
-        m_why = std::string(what) + ": " + std::strerror(errno);
-    }
+    void Fail(const char* what) { m_why = std::string(what) + ": " + std::strerror(errno); }
     void Serve() {
         for (;;) {
             pollfd fds[2] = {{m_uffd, POLLIN, 0}, {m_stop[0], POLLIN, 0}};
@@ -145,8 +147,10 @@ public:
         // Each side keeps only its own ends, so that closing them ends the other side's read.
         close(m_pid == 0 ? m_cmd[1] : m_cmd[0]);
         close(m_pid == 0 ? m_ack[0] : m_ack[1]);
-        if (m_pid == 0) m_cmd[1] = m_ack[0] = -1;
-        else m_cmd[0] = m_ack[1] = -1;
+        if (m_pid == 0)
+            m_cmd[1] = m_ack[0] = -1;
+        else
+            m_cmd[0] = m_ack[1] = -1;
         if (m_pid != 0) return;
         const int fd = shm_open(object.c_str(), O_RDWR, 0);
         std::uint64_t size = 0;
