@@ -137,7 +137,7 @@ private:
 };
 
 /// Another process holding the area's object by name: Cut(size) has it truncate the object
-/// to `size` bytes and returns once it has.
+/// to `size` bytes and returns once it has; Request and Wait are the two halves of Cut.
 class Cutter {
 public:
     explicit Cutter(const std::string& areaName) {
@@ -168,11 +168,14 @@ public:
     Cutter(const Cutter&) = delete;
     Cutter& operator=(const Cutter&) = delete;
 
-    bool Cut(std::uint64_t size) {
-        char ok = 0;
-        return m_pid > 0 && write(m_cmd[1], &size, sizeof size) == sizeof size &&
-               read(m_ack[0], &ok, 1) == 1 && ok == 1;
+    bool Request(std::uint64_t size) {
+        return m_pid > 0 && write(m_cmd[1], &size, sizeof size) == sizeof size;
     }
+    bool Wait() {
+        char ok = 0;
+        return read(m_ack[0], &ok, 1) == 1 && ok == 1;
+    }
+    bool Cut(std::uint64_t size) { return Request(size) && Wait(); }
 
 private:
     int m_cmd[2] = {-1, -1};
