@@ -245,8 +245,9 @@ class ShmPeerKilled : public testing::TestWithParam<bool> {};
 
 // The peer is killed while the kernel copies its 1 MB write (held on one page of its buffer).
 // Catches: a survivor whose transfers fail or hang after the peer's death; a dead server's
-// area still opened as live (a client would wait on it forever); a dead server's leftover
-// that no later server takes over and removes; and descriptors or names left behind.
+// area still opened as live (its clients would wait for a server that is gone); a dead
+// server's leftover that no later server takes over and removes; and descriptors or names
+// left behind.
 TEST_P(ShmPeerKilled, SurvivorKeepsWorkingAndNothingIsLeft) {
     const bool serverDies = GetParam();
     const std::string name = Name(serverDies ? "server-dies" : "client-dies");
