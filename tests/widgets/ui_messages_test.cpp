@@ -70,20 +70,6 @@ ModalDriver::Step Cancel() {
     };
 }
 
-class Window : public QMainWindow {
-public:
-    bool event(QEvent* e) override {
-        if (e->type() == KxMessageEvent::EventType()) {
-            auto* m = static_cast<KxMessageEvent*>(e);
-            received.push_back(m->message());
-            m->setResult(static_cast<LRESULT>(m->wParam()) + m->lParam());
-            return true;
-        }
-        return QMainWindow::event(e);
-    }
-    std::vector<UINT> received;
-};
-
 }  // namespace
 
 TEST(NoApplication, HelpersDegrade) {
@@ -153,7 +139,7 @@ TEST(MessageBox, InformationIconAndSplash) {
 
 TEST(StatusBar, TextGoesToTheMainWindow) {
     ZelStatusMsg("nothing to show it in");  // no main window: nothing happens
-    Window w;
+    MessageWindow w;
     KxSetMainWindow(&w);
     ZelStatusMsg("%s ready", "printer");
     EXPECT_EQ(w.statusBar()->currentMessage(), "printer ready");
@@ -253,7 +239,7 @@ TEST(ValidObject, ProbesWithoutFaulting) {
 TEST(MsgSend, OnTheApplicationThread) {
     EXPECT_EQ(AMsgSend::ToMain(WM_APP, 1, 2), 0);
     EXPECT_EQ(AMsgSend::PostToMain(WM_APP, 1, 2), 0);
-    Window w;
+    MessageWindow w;
     w.show();
     EXPECT_EQ(KxGetMainWindow(), &w) << "default: the shown QMainWindow";
     EXPECT_EQ(AMsgSend::ToMain(WM_APP + 1, 40, 2), 42);
