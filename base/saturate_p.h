@@ -3,8 +3,9 @@
 //
 // A C++ conversion of a double outside the target's range (or of NaN) is undefined; these
 // helpers clamp to the range instead and map NaN to 0, and are exact truncations otherwise.
-// (The B-spline point lanes keep a rounding of their own, half away from zero without the
-// epsilon and NaN to INT_MIN, which is what the SIMD conversion gives for free there.)
+// (The integer B-spline form keeps a rounding of its own, RoundHalfAwayNoEpsilon in
+// separate/point_lanes_p.h: half away from zero without the epsilon step, as its contract
+// states.)
 #pragma once
 
 #include <cmath>

@@ -2,7 +2,9 @@
 # glance what is left to document, and which headers under HEADERS lack a file comment:
 # Doxygen lists a header's free functions, enums and constants only when the header itself
 # is documented (a \file or @file block), and it does not warn when it is not.
-# Run with cmake -DLOG=<file> -DHEADERS=<dir> -P DoxygenSummary.cmake.
+# With FAIL true, any warning (or header without a file comment) fails the run after every
+# warning has been printed.
+# Run with cmake -DLOG=<file> -DHEADERS=<dir> [-DFAIL=ON] -P DoxygenSummary.cmake.
 if(NOT EXISTS "${LOG}")
     message(FATAL_ERROR "no Doxygen log at ${LOG}")
 endif()
@@ -49,6 +51,7 @@ if(other)
     message("  ${other} other")
 endif()
 
+set(count 0)
 if(HEADERS)
     file(GLOB_RECURSE headers RELATIVE "${HEADERS}" "${HEADERS}/*.h")
     set(undocumented)
@@ -63,4 +66,12 @@ if(HEADERS)
         list(JOIN undocumented ", " names)
         message("  ${count} headers without a file comment (their free functions are not listed): ${names}")
     endif()
+endif()
+
+if(FAIL AND (total GREATER 0 OR count GREATER 0))
+    foreach(line IN LISTS lines)
+        message("${line}")
+    endforeach()
+    message(FATAL_ERROR "Doxygen: ${total} warnings and ${count} headers without a file comment; "
+                        "the API reference must be warning-free (KXBASE_DOCS_WARN_AS_ERROR=ON)")
 endif()

@@ -3,6 +3,7 @@
 
 #include <cctype>
 #include <cinttypes>
+#include <climits>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -167,19 +168,6 @@ int AMathOpt::TransListFromString(void* list, int max, BYTE type, const char* te
     return stored;
 }
 
-int AMathOpt::TransListToString(CString& text, const CStringArray& items) try {
-    std::string out;
-    for (INT_PTR i = 0; i < items.GetSize(); ++i) {
-        if (i > 0) out += " , ";
-        out += items[i].str();
-    }
-    text = CString(std::move(out));
-    return text.GetLength();
-} catch (const std::bad_alloc&) {
-    text.Empty();
-    return 0;
-}
-
 int AMathOpt::TransListToString(CString& text, const CString* items, int count) try {
     std::string out;
     if (items) {
@@ -193,6 +181,14 @@ int AMathOpt::TransListToString(CString& text, const CString* items, int count) 
 } catch (const std::bad_alloc&) {
     text.Empty();
     return 0;
+}
+
+int AMathOpt::TransListToString(CString& text, const CStringArray& items) {
+    // An array longer than INT_MAX items cannot exist in practice (its text alone would pass
+    // any string's limit); the count is clamped rather than wrapped all the same.
+    const INT_PTR size = items.GetSize();
+    const int count = size > INT_MAX ? INT_MAX : static_cast<int>(size);
+    return TransListToString(text, items.GetData(), count);
 }
 
 int AMathOpt::TransListFromString(CStringArray& items, const char* text) try {

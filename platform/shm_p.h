@@ -29,7 +29,9 @@ std::string ShmObjectName(std::string_view areaName);
 /// Creates the object of `areaName`, or takes the existing one, read-write, not inherited
 /// by child processes. The object is grown to at least `size` bytes (never shrunk: another
 /// process may have mapped the part beyond). The returned descriptor carries the "creator
-/// attached" mark that ShmCreatorAttached tests. Returns the handle or kNoShm.
+/// attached" mark that ShmCreatorAttached tests. Returns the handle or kNoShm; a size past
+/// the signed 64-bit range is refused with the system's "file too large" code before anything
+/// is created.
 ShmHandle ShmCreate(std::string_view areaName, UINT64 size, int& err);
 
 /// Opens the existing object of `areaName` read-write; the descriptor is inherited by child

@@ -1,8 +1,8 @@
-// Shared memory channel: header, sliding window and transfers. The system calls live in
-// platform/shm_posix.cpp; this file is the channel's own logic.
+// Shared memory channel: header, sliding window and transfers. The system calls and their
+// error codes come from the backend (platform/shm_p.h, platform/sys.h); this file is the
+// channel's own logic.
 #include <kxbase/runtime/share_memory.h>
 
-#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -10,6 +10,7 @@
 #include <kxbase/runtime/error_info.h>
 
 #include "platform/shm_p.h"
+#include "platform/sys.h"
 
 namespace {
 
@@ -217,13 +218,10 @@ int CShareMemoryServer::CreateMap(const char* name, UINT64 dataSize, DWORD windo
     }
     const UINT64 granularity = m_nGranularity;
     const UINT64 header = granularity * ((granularity + 65535) / granularity);
-    if (dataSize > static_cast<UINT64>(INT64_MAX) - header) {
-        SetSystemError(kCreateFailed, EFBIG);
-        _Destory();
-        return 0;
-    }
     m_nHeaderSize = static_cast<DWORD>(header);
-    m_nTotalSize = header + dataSize;
+    // A sum past the 64-bit range saturates, so that the backend refuses the size with its
+    // own "too large" code rather than receiving a wrapped, small one.
+    m_nTotalSize = dataSize > UINT64_MAX - header ? UINT64_MAX : header + dataSize;
 
     int err = 0;
     m_hMap = ShmCreate(m_pszName, m_nTotalSize, err);
@@ -307,7 +305,7 @@ int CShareMemoryClient::OpenMap(const char* name, DWORD windowSize) {
     // A valid header but no server attached: a crashed server's leftover. Such an area is
     // treated as gone, as it would be once its last user closed it.
     if (!ShmCreatorAttached(m_hMap)) {
-        SetSystemError(kOpenFailed, ENOENT);
+        SetSystemError(kOpenFailed, static_cast<int>(kxbase::sys::ErrorNoSuchFile()));
         _Destory();
         return 0;
     }

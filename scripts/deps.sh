@@ -9,7 +9,7 @@ packages=(
     clang-14 libclang-rt-14-dev libfuzzer-14-dev
     libtiff-dev libtiff-tools zlib1g-dev libpixman-1-dev libcairo2-dev libagg-dev libsisl-dev libboost-dev
     libssl-dev libsodium-dev
-    doxygen dpkg-dev file lintian
+    doxygen dpkg-dev file lintian groff-base
     qt6-base-dev xvfb xauth fonts-wqy-microhei
     g++-mingw-w64-x86-64-posix wine64 googletest
 )

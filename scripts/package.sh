@@ -3,9 +3,12 @@
 #   1. cpack -G DEB in a Release build folder configured for /usr (default build/release;
 #      configured and built here when it does not exist yet)
 #   2. lintian on every package: any error fails
-#   3. the packages extracted into a temporary root (dpkg-deb -x), then the consumer project
+#   3. the man pages: kxbase(1), and kxbase-gui(1) when the Qt program is packaged, are in the
+#      tools package and render with groff without a warning
+#   4. the packages extracted into a temporary root (dpkg-deb -x), then the consumer project
 #      (tests/package/) built against that root through CMake and through pkg-config, every
-#      example (examples/) built through CMake and run, and the packaged kxbase run
+#      example (examples/) built through CMake and run (the Qt dialog without a display), and
+#      the packaged programs run
 # Usage: scripts/package.sh [BUILD_DIR]. The .deb files stay in BUILD_DIR/packages/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -42,6 +45,25 @@ echo "-- lintian"
 # Errors fail; warnings are printed for the record.
 lintian --fail-on error --tag-display-limit 0 "${debs[@]}"
 
+echo "-- man pages"
+tools_deb=$(printf '%s\n' "${debs[@]}" | grep '/kxbase-tools_')
+tools_files=$(dpkg-deb -c "$tools_deb" | awk '{ print $NF }')
+pages=(kxbase)
+if grep -qx './usr/bin/kxbase-gui' <<<"$tools_files"; then pages+=(kxbase-gui); fi
+for name in "${pages[@]}"; do
+    grep -qx "./usr/share/man/man1/$name.1.gz" <<<"$tools_files" ||
+        { echo "package.sh: $(basename "$tools_deb") has no man page $name.1.gz" >&2; exit 1; }
+    # -ww turns on every groff warning; -z renders without writing the output anywhere.
+    warnings=$(dpkg-deb --fsys-tarfile "$tools_deb" | tar -xOf - "./usr/share/man/man1/$name.1.gz" |
+        gzip -dc | LC_ALL=C.UTF-8 MANWIDTH=80 groff -man -Tutf8 -ww -z 2>&1)
+    if [ -n "$warnings" ]; then
+        echo "package.sh: $name.1 renders with warnings:" >&2
+        echo "$warnings" >&2
+        exit 1
+    fi
+    echo "$name.1: renders without warnings"
+done
+
 echo "-- the extracted packages: consumer, examples and the tool"
 root=$(mktemp -d)
 trap 'rm -rf "$root"' EXIT
@@ -64,6 +86,12 @@ LD_LIBRARY_PATH="$libdir" "$out/consumer/consumer_pc"
 cmake -S examples -B "$out/examples" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$out/examples" -j "$jobs" >/dev/null
 LD_LIBRARY_PATH="$libdir" ctest --test-dir "$out/examples" --output-on-failure
+# With the widget library packaged, the Qt dialog must be among the examples that ran.
+if find "$root" -name 'libkxBaseCommonUi.so.*' -type f | grep -q .; then
+    listed=$(ctest --test-dir "$out/examples" -N)
+    grep -q ' qt_dialog$' <<<"$listed" ||
+        { echo "package.sh: the Qt dialog example was not built against the packages" >&2; exit 1; }
+fi
 
 # The README shows the units example in full; it must be the program that was just run.
 awk '/^<!-- examples\/units\/units.cpp/ { on = 1; next } on && /^```cpp$/ { next }
@@ -79,4 +107,7 @@ for sub in $(LD_LIBRARY_PATH="$libdir" "$prefix/bin/kxbase" --help |
     grep -Fxq ".SS \"kxbase $sub\"" <<<"$page" ||
         { echo "package.sh: kxbase.1 has no section for 'kxbase $sub'" >&2; exit 1; }
 done
+if [ -x "$prefix/bin/kxbase-gui" ]; then
+    LD_LIBRARY_PATH="$libdir" QT_QPA_PLATFORM=offscreen "$prefix/bin/kxbase-gui" --help >/dev/null
+fi
 echo "packages checked: ${debs[*]}"

@@ -6,7 +6,8 @@
 #      with its unit tests, vectors and tool under Wine (scripts/test-windows.sh)
 #   3. every libFuzzer target for a short fixed time (clang, ASan + UBSan)
 #   4. a release build of the tool and the benchmarks, so they keep compiling, and the API
-#      reference (its Doxygen warnings are counted by kind; the log stays in build/release/docs)
+#      reference, which must be free of Doxygen warnings (any warning is printed and fails;
+#      the log stays in build/release/docs)
 #   5. the Debian packages from that build: lintian, then the consumer and every example
 #      built and run against the extracted packages (scripts/package.sh)
 set -euo pipefail
@@ -50,7 +51,7 @@ bash scripts/fuzz.sh build/fuzz "$fuzz_seconds"
 
 echo "== release build of the tool and the benchmarks"
 cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DKXBASE_BUILD_TESTS=OFF -DKXBASE_BUILD_BENCH=ON \
-    -DKXBASE_BUILD_DOCS=ON -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
+    -DKXBASE_BUILD_DOCS=ON -DKXBASE_DOCS_WARN_AS_ERROR=ON -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
 cmake --build build/release -j "$jobs"
 build/release/tools/kxbase --version
 cmake --build build/release --target docs

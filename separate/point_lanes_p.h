@@ -49,12 +49,17 @@ inline Lanes operator*(double w, Lanes p) {
     return {_mm_mul_pd(_mm_set1_pd(w), p.v)};
 }
 
-// Half-away rounding to 32-bit integers, both lanes: v + copysign(0.5, v), truncated, with
-// saturation. Only the upper limit needs a clamp: the truncating conversion already turns
-// values below the int32 range, and NaN, into its "indefinite" result 0x80000000, which is
-// the minimum. (minpd returns its second operand when one is NaN, so NaN passes through.)
-// Returns x and y in the low 64 bits.
-inline __m128i RoundHalfAway(Lanes l) {
+// The integer B-spline form rounds half away from zero WITHOUT the library's epsilon step
+// (HalfAway32 in base/saturate_p.h adds 1e-10 after the half step): its public contract says
+// so, and stored outlines depend on it: the weights are rounded decimals, so a weighted sum
+// of integers can come out a hair below a half, which the epsilon step would round up. Its inputs
+// are integers, so the sums are finite (at most about 3.2e10): NaN never reaches this rounding, and
+// what it would give (INT_MIN, the conversion's "indefinite" value) is not part of any contract.
+//
+// Both lanes: v + copysign(0.5, v), truncated, with saturation. Only the upper limit needs a
+// clamp: the truncating conversion already turns values below the int32 range into
+// 0x80000000, the minimum. Returns x and y in the low 64 bits.
+inline __m128i RoundHalfAwayNoEpsilon(Lanes l) {
     const __m128d sign = _mm_and_pd(l.v, _mm_set1_pd(-0.0));
     __m128d r = _mm_add_pd(l.v, _mm_or_pd(sign, _mm_set1_pd(0.5)));
     r = _mm_min_pd(_mm_set1_pd(2147483647.0), r);
@@ -82,8 +87,10 @@ struct DoubleSink {
 template <bool stream>
 struct IntSink {
     static void Put4(POINT* o, Lanes p0, Lanes p1, Lanes p2, Lanes p3) {
-        const __m128i a = _mm_unpacklo_epi64(RoundHalfAway(p0), RoundHalfAway(p1));
-        const __m128i b = _mm_unpacklo_epi64(RoundHalfAway(p2), RoundHalfAway(p3));
+        const __m128i a =
+            _mm_unpacklo_epi64(RoundHalfAwayNoEpsilon(p0), RoundHalfAwayNoEpsilon(p1));
+        const __m128i b =
+            _mm_unpacklo_epi64(RoundHalfAwayNoEpsilon(p2), RoundHalfAwayNoEpsilon(p3));
         if constexpr (stream) {
             _mm_stream_si128(reinterpret_cast<__m128i*>(o), a);
             _mm_stream_si128(reinterpret_cast<__m128i*>(o + 2), b);
@@ -130,9 +137,10 @@ inline Lanes operator*(double w, Lanes p) {
     return {w * p.x, w * p.y};
 }
 
-inline LONG RoundHalfAway(double v) {
+// The same rule as the vector form above (half away from zero, no epsilon, saturating).
+inline LONG RoundHalfAwayNoEpsilon(double v) {
     double r = v + std::copysign(0.5, v);
-    r = r > -2147483648.0 ? r : -2147483648.0;  // NaN becomes the minimum
+    r = r > -2147483648.0 ? r : -2147483648.0;  // as the vector conversion: NaN gives the minimum
     r = r < 2147483647.0 ? r : 2147483647.0;
     return static_cast<LONG>(r);
 }
@@ -149,7 +157,8 @@ template <bool stream>
 struct IntSink {
     static void Put4(POINT* o, Lanes p0, Lanes p1, Lanes p2, Lanes p3) {
         const Lanes p[4] = {p0, p1, p2, p3};
-        for (int i = 0; i < 4; ++i) o[i] = POINT{RoundHalfAway(p[i].x), RoundHalfAway(p[i].y)};
+        for (int i = 0; i < 4; ++i)
+            o[i] = POINT{RoundHalfAwayNoEpsilon(p[i].x), RoundHalfAwayNoEpsilon(p[i].y)};
     }
 };
 

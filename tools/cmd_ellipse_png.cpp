@@ -65,28 +65,19 @@ struct Canvas {
     }
 };
 
-// Writes the canvas, each pixel as a scale x scale block.
-bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
-    kxtool::OutFile out;
-    std::string error;
-    if (!out.Open(path, error)) {
-        std::fprintf(stderr, "ellipse: %s\n", error.c_str());
-        return false;
-    }
-    FILE* f = out.File();
-    // The row buffer lives outside libpng's longjmp region: an error jump skips destructors.
+// Encodes the canvas into f, each pixel as a scale x scale block. libpng reports errors by
+// jumping back to the setjmp here, which skips destructors: so this frame owns nothing that
+// has one, and the row buffer (row.size() bytes, one packed output row) is the caller's.
+// On failure err holds errno as the failing call left it.
+bool EncodePng(FILE* f, const Canvas& c, int depth, int scale, std::vector<png_byte>& row,
+               int& err) {
     const int perByte = 8 / depth;
     const long long w = c.width * scale, h = c.height * scale;
-    std::vector<png_byte> row(static_cast<std::size_t>((w + perByte - 1) / perByte));
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (!png || !info || setjmp(png_jmpbuf(png))) {
-        const int err = errno;
+        err = errno;
         png_destroy_write_struct(&png, &info);
-        if (std::ferror(f))
-            std::fprintf(stderr, "ellipse: %s\n", kxtool::WriteError(path, err).c_str());
-        else
-            std::fprintf(stderr, "ellipse: PNG encoding failed\n");
         return false;
     }
     png_init_io(png, f);
@@ -109,6 +100,27 @@ bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
     }
     png_write_end(png, nullptr);
     png_destroy_write_struct(&png, &info);
+    return true;
+}
+
+// Writes the canvas to path whole or not at all.
+bool WritePng(const std::string& path, const Canvas& c, int depth, int scale) {
+    kxtool::OutFile out;
+    std::string error;
+    if (!out.Open(path, error)) {
+        std::fprintf(stderr, "ellipse: %s\n", error.c_str());
+        return false;
+    }
+    const int perByte = 8 / depth;
+    std::vector<png_byte> row(static_cast<std::size_t>((c.width * scale + perByte - 1) / perByte));
+    int err = 0;
+    if (!EncodePng(out.File(), c, depth, scale, row, err)) {
+        if (std::ferror(out.File()))
+            std::fprintf(stderr, "ellipse: %s\n", kxtool::WriteError(path, err).c_str());
+        else
+            std::fprintf(stderr, "ellipse: PNG encoding failed\n");
+        return false;
+    }
     if (out.Commit(error)) return true;
     std::fprintf(stderr, "ellipse: %s\n", error.c_str());
     return false;

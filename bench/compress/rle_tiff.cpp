@@ -8,6 +8,7 @@
 #include <tiffio.h>
 
 #include "rle_pages.h"
+#include "tiff_mem_file.h"
 
 namespace {
 
@@ -15,48 +16,7 @@ using kxbench::Band;
 using kxbench::kA4Width720;
 using kxbench::kBandLines;
 
-// A growable memory file for TIFFClientOpen.
-struct MemFile {
-    std::vector<unsigned char> buf;
-    toff_t pos = 0;
-};
-
-tmsize_t MemRead(thandle_t h, void* p, tmsize_t n) {
-    auto* f = static_cast<MemFile*>(h);
-    const tmsize_t avail = static_cast<tmsize_t>(f->buf.size()) - static_cast<tmsize_t>(f->pos);
-    const tmsize_t k = std::max<tmsize_t>(0, std::min(n, avail));
-    if (k) std::memcpy(p, f->buf.data() + f->pos, k);
-    f->pos += k;
-    return k;
-}
-tmsize_t MemWrite(thandle_t h, void* p, tmsize_t n) {
-    auto* f = static_cast<MemFile*>(h);
-    if (f->pos + n > f->buf.size()) f->buf.resize(f->pos + n);
-    std::memcpy(f->buf.data() + f->pos, p, n);
-    f->pos += n;
-    return n;
-}
-toff_t MemSeek(thandle_t h, toff_t off, int whence) {
-    auto* f = static_cast<MemFile*>(h);
-    f->pos = whence == SEEK_SET ? off : whence == SEEK_CUR ? f->pos + off : f->buf.size() + off;
-    return f->pos;
-}
-int MemClose(thandle_t) {
-    return 0;
-}
-toff_t MemSize(thandle_t h) {
-    return static_cast<MemFile*>(h)->buf.size();
-}
-int MemMap(thandle_t, void**, toff_t*) {
-    return 0;
-}
-void MemUnmap(thandle_t, void*, toff_t) {}
-
-TIFF* Open(MemFile& f, const char* mode) {
-    f.pos = 0;
-    return TIFFClientOpen("mem", mode, &f, MemRead, MemWrite, MemSeek, MemClose, MemSize, MemMap,
-                          MemUnmap);
-}
+using kxbench::TiffMemFile;
 
 // The band as TIFF lines: 1-bit lines packed MSB first, others as they are.
 std::vector<unsigned char> TiffLines(int depth, tmsize_t& lineBytes) {
@@ -89,11 +49,11 @@ void BM_Tiff_PackBits_Encode(benchmark::State& st) {
     const int depth = static_cast<int>(st.range(0));
     tmsize_t lb = 0;
     auto lines = TiffLines(depth, lb);
-    MemFile f;
+    TiffMemFile f;
     f.buf.reserve(lines.size() * 2);
     for (auto _ : st) {
         f.buf.clear();
-        TIFF* t = Open(f, "w");
+        TIFF* t = f.Open("w");
         SetFields(t, depth);
         for (std::uint32_t y = 0; y < kBandLines; ++y)
             TIFFWriteEncodedStrip(t, y, &lines[y * lb], lb);
@@ -107,12 +67,12 @@ void BM_Tiff_PackBits_Decode(benchmark::State& st) {
     const int depth = static_cast<int>(st.range(0));
     tmsize_t lb = 0;
     auto lines = TiffLines(depth, lb);
-    MemFile f;
-    TIFF* w = Open(f, "w");
+    TiffMemFile f;
+    TIFF* w = f.Open("w");
     SetFields(w, depth);
     for (std::uint32_t y = 0; y < kBandLines; ++y) TIFFWriteEncodedStrip(w, y, &lines[y * lb], lb);
     TIFFClose(w);
-    TIFF* t = Open(f, "r");
+    TIFF* t = f.Open("r");
     std::vector<unsigned char> out(lb);
     for (auto _ : st) {
         for (std::uint32_t y = 0; y < kBandLines; ++y) TIFFReadEncodedStrip(t, y, out.data(), lb);

@@ -14,45 +14,11 @@
 #include <tiffio.h>
 
 #include "pipeline_page.h"
+#include "tiff_mem_file.h"
 
 namespace {
 
-struct MemFile {
-    std::vector<unsigned char> buf;
-    toff_t pos = 0;
-
-    static tmsize_t Read(thandle_t h, void* p, tmsize_t n) {
-        auto* f = static_cast<MemFile*>(h);
-        const auto avail = static_cast<tmsize_t>(f->buf.size()) - static_cast<tmsize_t>(f->pos);
-        const tmsize_t k = std::max<tmsize_t>(0, std::min(n, avail));
-        if (k) std::memcpy(p, f->buf.data() + f->pos, static_cast<std::size_t>(k));
-        f->pos += static_cast<toff_t>(k);
-        return k;
-    }
-    static tmsize_t Write(thandle_t h, void* p, tmsize_t n) {
-        auto* f = static_cast<MemFile*>(h);
-        if (f->pos + static_cast<toff_t>(n) > f->buf.size())
-            f->buf.resize(f->pos + static_cast<toff_t>(n));
-        std::memcpy(f->buf.data() + f->pos, p, static_cast<std::size_t>(n));
-        f->pos += static_cast<toff_t>(n);
-        return n;
-    }
-    static toff_t Seek(thandle_t h, toff_t off, int whence) {
-        auto* f = static_cast<MemFile*>(h);
-        if (whence == SEEK_SET) f->pos = off;
-        if (whence == SEEK_CUR) f->pos += off;
-        if (whence == SEEK_END) f->pos = f->buf.size() + off;
-        return f->pos;
-    }
-    static int Close(thandle_t) { return 0; }
-    static toff_t Size(thandle_t h) { return static_cast<MemFile*>(h)->buf.size(); }
-    static int Map(thandle_t, void**, toff_t*) { return 0; }
-    static void Unmap(thandle_t, void*, toff_t) {}
-    TIFF* Open(const char* mode) {
-        pos = 0;
-        return TIFFClientOpen("bench", mode, this, Read, Write, Seek, Close, Size, Map, Unmap);
-    }
-};
+using kxbench::TiffMemFile;
 
 // The page's shapes drawn by cairo: the same boxes, the same shape transforms, the same
 // page transform; ink where the colour is dark, as on the 1-bit page.
@@ -94,7 +60,7 @@ void BM_Peer_Pipeline(benchmark::State& state) {
     const auto w = static_cast<int>(probe.Width()), h = static_cast<int>(probe.Height());
     const std::uint32_t packedBytes = kxprint::PackedRowBytes(probe.Width(), 1);
     std::vector<std::uint8_t> out(packedBytes);
-    MemFile file;
+    TiffMemFile file;
     std::uint64_t streamBytes = 0, fold = 0;
     for (auto _ : state) {
         cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A1, w, h);

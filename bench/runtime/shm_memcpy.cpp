@@ -4,6 +4,7 @@
 // through windows mapped one at a time, and pwrite / pread on the object's descriptor.
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "shm_scene.h"
@@ -113,19 +114,19 @@ void RawWindows(benchmark::State& st) {
     benchmark::DoNotOptimize(sum);
     st.SetBytesProcessed(static_cast<int64_t>(st.iterations() * kAreaBytes));
 }
-void BM_RawWindows_Write(benchmark::State& st) {
-    RawWindows<true>(st);
-}
-void BM_RawWindows_Read(benchmark::State& st) {
-    RawWindows<false>(st);
-}
-BENCHMARK(BM_RawWindows_Write)->Apply(kxbench::TransferAndWindowSizes);
-BENCHMARK(BM_RawWindows_Read)->Apply(kxbench::TransferAndWindowSizes);
+BENCHMARK_TEMPLATE(RawWindows, true)
+    ->Name("BM_RawWindows_Write")
+    ->Apply(kxbench::TransferAndWindowSizes);
+BENCHMARK_TEMPLATE(RawWindows, false)
+    ->Name("BM_RawWindows_Read")
+    ->Apply(kxbench::TransferAndWindowSizes);
 
 // The bare descriptor path: pwrite / pread of the same transfers on the object's descriptor,
 // nothing mapped. The kernel copies between the buffer and the object's pages directly; no
 // page-table work at all. The floor of the channel, which moves its bytes the same way.
-template <bool Write>
+// The checked variant also asks for the object's size before each write, as a writer must
+// that may not grow an object another process cut short: the floor of a safe write.
+template <bool Write, bool CheckSize = false>
 void RawDescriptor(benchmark::State& st) {
     const auto transfer = static_cast<std::size_t>(st.range(0));
     RawObject area;
@@ -139,6 +140,9 @@ void RawDescriptor(benchmark::State& st) {
         for (std::uint64_t at = 0; at < kAreaBytes; at += transfer) {
             const auto off = static_cast<off_t>(at);
             if (Write) {
+                struct stat info {};
+                if (CheckSize && (fstat(area.fd, &info) != 0 || info.st_size < off))
+                    st.SkipWithError("fstat");
                 if (pwrite(area.fd, buf.data(), transfer, off) < 0) st.SkipWithError("pwrite");
             } else {
                 if (pread(area.fd, buf.data(), transfer, off) < 0) st.SkipWithError("pread");
@@ -149,13 +153,14 @@ void RawDescriptor(benchmark::State& st) {
     benchmark::DoNotOptimize(sum);
     st.SetBytesProcessed(static_cast<int64_t>(st.iterations() * kAreaBytes));
 }
-void BM_RawDescriptor_Write(benchmark::State& st) {
-    RawDescriptor<true>(st);
-}
-void BM_RawDescriptor_Read(benchmark::State& st) {
-    RawDescriptor<false>(st);
-}
-BENCHMARK(BM_RawDescriptor_Write)->Apply(kxbench::TransferSizes);
-BENCHMARK(BM_RawDescriptor_Read)->Apply(kxbench::TransferSizes);
+BENCHMARK_TEMPLATE(RawDescriptor, true)
+    ->Name("BM_RawDescriptor_Write")
+    ->Apply(kxbench::TransferSizes);
+BENCHMARK_TEMPLATE(RawDescriptor, true, true)
+    ->Name("BM_RawDescriptorChecked_Write")
+    ->Apply(kxbench::TransferSizes);
+BENCHMARK_TEMPLATE(RawDescriptor, false)
+    ->Name("BM_RawDescriptor_Read")
+    ->Apply(kxbench::TransferSizes);
 
 }  // namespace

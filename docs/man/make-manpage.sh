@@ -2,7 +2,10 @@
 # Writes the man page of a program from its own --help output, so the page lists exactly the
 # subcommands and options the program has (a new subcommand appears without editing a page).
 #
-#   make-manpage.sh PROGRAM NAME INCLUDE DATE OUTPUT
+#   make-manpage.sh PROGRAM NAME INCLUDE DATE OUTPUT [VERSION]
+#
+# The page header carries the version the program prints for --version; VERSION stands in for
+# a program that has no such option (Qt's parser refuses options it was not given).
 #
 # INCLUDE adds hand-written sections in help2man's include format: a line "[SECTION]" starts
 # a section, the roff text below it is its body. [NAME] replaces the one-line summary taken
@@ -11,7 +14,7 @@
 # The subcommands are those listed under "Subcommands:" in the help; each one's own --help
 # becomes a subsection of COMMANDS. Only POSIX sh and awk are needed.
 set -eu
-prog=$1 name=$2 include=$3 date=$4 out=$5
+prog=$1 name=$2 include=$3 date=$4 out=$5 fallback_version=${6:-}
 
 # A Qt program must be able to answer --help on a machine without a display.
 QT_QPA_PLATFORM=offscreen
@@ -92,7 +95,12 @@ emit_command() {
 }
 
 help=$(run_help)
-version=$("$prog" --version | head -n 1 | awk '{ print $NF }')
+version=$("$prog" --version 2>/dev/null | head -n 1 | awk '{ print $NF }') || version=
+[ -n "$version" ] || version=$fallback_version
+if [ -z "$version" ]; then
+    echo "make-manpage.sh: $name prints no version and none was given" >&2
+    exit 1
+fi
 first=$(printf '%s\n' "$help" | head -n 1)
 summary=$(section NAME)
 if [ -z "$summary" ]; then

@@ -133,6 +133,17 @@ grep -Fxq 'qtfake \- A graphical stand-in' "$work/qtfake.1" || { echo "qt: summa
 grep -Fxq '[\fIOPTIONS\fR]' "$work/qtfake.1" || { echo "qt: synopsis with subcommands"; failed=1; }
 if grep -q '^\.SH COMMANDS' "$work/qtfake.1"; then echo "qt: COMMANDS without subcommands"; failed=1; fi
 
+# A program without --version takes the version given on the command line; without one the
+# page is refused rather than written with an empty version.
+sed 's/^--version) echo "qtfake 3.0.0" ;;$//' "$work/qtfake" >"$work/qtnover"
+chmod +x "$work/qtnover"
+sh "$here/make-manpage.sh" "$work/qtnover" qtnover "$work/none.h2m" "May 2030" "$work/qtnover.1" 4.1.0
+grep -Fxq '.TH QTNOVER 1 "May 2030" "qtnover 4.1.0" "User Commands"' "$work/qtnover.1" ||
+    { echo "qt: fallback version not used"; failed=1; }
+if sh "$here/make-manpage.sh" "$work/qtnover" qtnover "$work/none.h2m" "May 2030" "$work/qtnover.1" 2>/dev/null; then
+    echo "a page without version was accepted"; failed=1
+fi
+
 # Without any summary the page is refused instead of being written with an empty NAME.
 printf '#!/bin/sh\necho "Options:"\n' >"$work/mute"
 chmod +x "$work/mute"

@@ -1,4 +1,5 @@
-// Public headers of the base layer: number text, message hooks, the string table.
+/// \file
+/// Public headers of the base layer: number text, message hooks, the string table.
 #pragma once
 
 #include <kxbase/platform.h>

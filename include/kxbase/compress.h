@@ -1,4 +1,5 @@
-// Public headers of the compress subsystem.
+/// \file
+/// Public headers of the compress subsystem.
 #pragma once
 
 #include <kxbase/platform.h>

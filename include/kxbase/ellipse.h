@@ -1,4 +1,5 @@
-// Public headers of the ellipse subsystem.
+/// \file
+/// Public headers of the ellipse subsystem.
 #pragma once
 
 #include <kxbase/platform.h>

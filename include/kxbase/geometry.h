@@ -1,4 +1,5 @@
-// Public headers of the geometry subsystem.
+/// \file
+/// Public headers of the geometry subsystem.
 #pragma once
 
 #include <kxbase/platform.h>

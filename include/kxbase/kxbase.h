@@ -1,4 +1,5 @@
-// kxBaseCommon: every public header of the core library.
+/// \file
+/// kxBaseCommon: every public header of the core library.
 #pragma once
 
 #include <kxbase/version.h>

@@ -1,4 +1,5 @@
-// Public headers of the mathopt subsystem.
+/// \file
+/// Public headers of the mathopt subsystem.
 #pragma once
 
 #include <kxbase/platform.h>

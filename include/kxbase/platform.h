@@ -1,4 +1,5 @@
-// Platform vocabulary: fixed-width types, integer records, strings, arrays, module handles.
+/// \file
+/// Platform vocabulary: fixed-width types, integer records, strings, arrays, module handles.
 #pragma once
 
 #include <kxbase/platform/types.h>

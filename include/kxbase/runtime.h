@@ -1,4 +1,5 @@
-// Public headers of the runtime subsystem.
+/// \file
+/// Public headers of the runtime subsystem.
 #pragma once
 
 #include <kxbase/platform.h>

@@ -1,4 +1,5 @@
-// Public headers of the separate subsystem.
+/// \file
+/// Public headers of the separate subsystem.
 #pragma once
 
 #include <kxbase/platform.h>

@@ -1,5 +1,6 @@
-// kxBaseCommon's user-interface library (Qt 6 Widgets): every public header. Link
-// kxBaseCommon::kxbase_ui (or pkg-config kxbase_ui).
+/// \file
+/// kxBaseCommon's user-interface library (Qt 6 Widgets): every public header. Link
+/// kxBaseCommon::kxbase_ui (or pkg-config kxbase_ui).
 #pragma once
 
 #include <kxbase/ui/image.h>

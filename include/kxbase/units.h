@@ -1,4 +1,5 @@
-// Public headers of the units subsystem.
+/// \file
+/// Public headers of the units subsystem.
 #pragma once
 
 #include <kxbase/platform.h>

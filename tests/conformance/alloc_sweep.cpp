@@ -133,6 +133,8 @@ struct OpStats {
 
 std::map<std::string, OpStats> g_ops;
 std::map<std::string, std::string> g_propagates;
+std::map<std::string, std::string> g_unswept;  // require_all_swept's list
+bool g_requireAll = false;
 
 std::string Trim(std::string s) {
     s.erase(0, s.find_first_not_of(" \t"));
@@ -158,19 +160,62 @@ bool ReportsFailure(const json& got) {
     return false;
 }
 
-}  // namespace
-
-void load_propagates(const std::string& file) {
+// Reads "fn | why" lines; '#' starts a comment.
+std::map<std::string, std::string> LoadTable(const std::string& file) {
     std::ifstream in(file);
     if (!in) {
         std::cerr << "cannot read " << file << "\n";
         std::exit(2);
     }
+    std::map<std::string, std::string> table;
     for (std::string line; std::getline(in, line);) {
         const auto bar = line.find('|');
         if (line.empty() || line[0] == '#' || bar == std::string::npos) continue;
-        g_propagates[Trim(line.substr(0, bar))] = Trim(line.substr(bar + 1));
+        table[Trim(line.substr(0, bar))] = Trim(line.substr(bar + 1));
     }
+    return table;
+}
+
+// The coverage of the bound operations: every one swept or listed with its reason. Returns
+// false, after saying which, when one is neither, or when the unswept list is stale.
+bool CheckAllSwept() {
+    std::set<std::string> bound;
+    int swept = 0, listed = 0, propagating = 0;
+    std::string gaps, stale;
+    for (const auto& fn : handler_names()) {
+        bound.insert(fn);
+        const auto it = g_ops.find(fn);
+        const bool wasSwept = it != g_ops.end() && it->second.vectors > 0;
+        if (wasSwept) ++swept;
+        if (g_unswept.count(fn)) {
+            if (wasSwept) stale += "\n    " + fn + " (listed as unswept, but swept)";
+            ++listed;
+        } else if (!wasSwept) {
+            if (g_propagates.count(fn))
+                ++propagating;
+            else
+                gaps += "\n    " + fn;
+        }
+    }
+    for (const auto& [fn, why] : g_unswept)
+        if (!bound.count(fn)) stale += "\n    " + fn + " (listed as unswept, but not bound)";
+    std::cout << "sweep coverage: " << bound.size() << " bound operations, " << swept << " swept, "
+              << listed << " listed unswept, " << propagating << " propagating without a vector\n";
+    if (!gaps.empty())
+        std::cout << "  bound, but neither swept nor listed with a reason:" << gaps << "\n";
+    if (!stale.empty()) std::cout << "  stale entries of the unswept list:" << stale << "\n";
+    return gaps.empty() && stale.empty();
+}
+
+}  // namespace
+
+void load_propagates(const std::string& file) {
+    g_propagates = LoadTable(file);
+}
+
+void require_all_swept(const std::string& file) {
+    g_unswept = LoadTable(file);
+    g_requireAll = true;
 }
 
 std::string vector(const json& v, const json& baseline) {
@@ -251,7 +296,7 @@ bool report() {
         std::cout << "  no allocation was failed: the counting hook is not in effect\n";
         return false;
     }
-    return true;
+    return !g_requireAll || CheckAllSwept();
 }
 
 }  // namespace conf::sweep

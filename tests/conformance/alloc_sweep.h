@@ -16,13 +16,19 @@ namespace conf::sweep {
 /// Reads the table of operations that let a memory exception through ("fn | why" lines).
 void load_propagates(const std::string& file);
 
+/// Makes report() fail unless every bound operation was swept, or is listed in `file` ("fn |
+/// why" lines: bound operations that no vector reaches, with the reason) or in the table of
+/// load_propagates. An entry of `file` that is swept after all, or names no bound operation,
+/// fails too, so that the list cannot go stale.
+void require_all_swept(const std::string& file);
+
 /// Sweeps one vector whose normal run gave `baseline`. Returns an empty string when every run
 /// was acceptable, else what went wrong (the first bad run).
 std::string vector(const json& v, const json& baseline);
 
 /// Prints the figures of the whole sweep (operations, vectors, allocation points) and lists
 /// the table's entries that no swept vector exercised. False when no allocation was failed at
-/// all, which means the hook is not in effect.
+/// all, which means the hook is not in effect, or when require_all_swept finds a gap.
 bool report();
 
 }  // namespace conf::sweep

@@ -1,9 +1,8 @@
-// Outlines: closure, 8-connection, symmetry and closeness to the curve of the traced
-// ellipses, arcs cut from them, segments and parallelograms; and the failure results of the
-// conic, bounds and point routines.
+// Outlines: closure, 8-connection, symmetry and closeness to the curve of the traced ellipses
+// and of arcs cut from them. (Segments, parallelograms and the failure results of the conic,
+// bounds and point routines are golden vectors.)
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <set>
 #include <utility>
@@ -18,8 +17,6 @@ constexpr double kPi = 3.14159265358979323846;
 
 struct Probe : CEllipse {
     using CEllipse::MidPointEllipse;
-    using CEllipse::PrecisePoint;
-    using CEllipse::RotateRect;
 };
 
 using PixelSet = std::set<std::pair<LONG, LONG>>;
@@ -127,62 +124,6 @@ TEST(EllipseOutline, ArcRunsBetweenItsTwoPointsTheRightWayRound) {
         EXPECT_NEAR(double(arc.GetSize()) / double(all.GetSize()), c.share, 0.05);
         for (const POINT& p : arc) ASSERT_TRUE(set.count({p.x, p.y}));
     }
-}
-
-TEST(EllipseOutline, SegmentsAndParallelogramsAreConnectedAndKeepTheirEnds) {
-    const struct {
-        POINT a, b;
-        int count;
-    } cases[] = {{{0, 0}, {5, 2}, 6}, {{5, 2}, {0, 0}, 6},   {{3, -4}, {3, 4}, 9},
-                 {{7, 7}, {7, 7}, 1}, {{0, 0}, {-6, -6}, 7}, {{-2, 10}, {1, -1}, 12}};
-    for (const auto& c : cases) {
-        CArray<POINT> pts;
-        EXPECT_EQ(CEllipse::MidPointLine(c.a, c.b, pts), c.count);
-        ASSERT_EQ(pts.GetSize(), c.count);
-        EXPECT_TRUE(pts[0] == c.a && pts[c.count - 1] == c.b);
-        ExpectChain(pts, false, "segment");
-    }
-
-    const POINT quad[4] = {{0, 0}, {10, 3}, {14, 13}, {4, 10}};
-    CArray<POINT> out;
-    CEllipse::MidPointParalgram(quad, out);
-    ExpectChain(out, true, "parallelogram");
-    const PixelSet set = AsSet(out);
-    EXPECT_EQ(set.size(), size_t(out.GetSize())) << "corner twice";
-    for (const POINT& q : quad) EXPECT_TRUE(set.count({q.x, q.y}));
-}
-
-// Conic, bounds and point routines on inputs without an ellipse: the documented failure
-// results, with the caller's outputs left alone.
-TEST(EllipseParam, InputsWithoutAnEllipseFailWithoutWriting) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double inf = std::numeric_limits<double>::infinity();
-    const ELLPARAM circle(1, 0, 1, 0, 0, -100);
-    POINTD out(7, 7), c;
-    for (double a : {nan, inf, -inf}) {
-        EXPECT_EQ(CEllipse::EllipsePoint(circle, static_cast<const POINTD*>(nullptr), a, out), 0);
-        EXPECT_EQ(out.x, 7) << "point written for angle " << a;
-    }
-    const ELLPARAM notFinite(1, 0, 1, nan, 0, -1);
-    EXPECT_EQ(CEllipse::GetEllBoundary(notFinite, static_cast<POINTD*>(nullptr), nullptr, &c), 0);
-    // Transform overloads on empty or inverted rectangles write nothing.
-    RECT border{1, 2, 3, 4};
-    POINT pts[4] = {{9, 9}, {9, 9}, {9, 9}, {9, 9}}, centre{9, 9};
-    EXPECT_EQ(CEllipse::GetEllipseBorder(RECT{5, 5, 5, 9}, ATransform(), border), 0);
-    EXPECT_EQ(CEllipse::GetEllBoundary(RECT{5, 5, 0, 9}, ATransform(), pts, &border, &centre), 0);
-    EXPECT_TRUE(border == (RECT{1, 2, 3, 4}) && pts[0] == (POINT{9, 9}) && centre == pts[0]);
-    // A turned border of a rectangle without width has no extreme points: the integer centre
-    // with the two-pixel margin.
-    CEllipse::GetEllipseBorder(RECT{10, 10, 10, 30}, 0.5, border);
-    EXPECT_EQ(border, (RECT{8, 18, 12, 22}));
-    // Rounding saturates instead of overflowing; NaN gives 0.
-    POINT pt;
-    Probe::PrecisePoint(1e300, nan, pt);
-    EXPECT_EQ(pt, (POINT{INT32_MAX, 0}));
-    Probe::PrecisePoint(-1e300, -0.5, pt);
-    EXPECT_EQ(pt, (POINT{INT32_MIN, 0}));
-    // Turned corners of a non-finite angle are defined (the quadrant code is 0).
-    EXPECT_EQ(Probe::RotateRect(RECT{0, 0, 10, 6}, nan, pts), 0);
 }
 
 }  // namespace

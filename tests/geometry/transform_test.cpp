@@ -58,23 +58,6 @@ TEST(ATransform, RandomMapsComposeInOrderAndInvertBack) {
     }
 }
 
-// Fault: the double and float grouped forms (with their axis-aligned fast path) compute
-// differently from the single-point forms, or miscount skipped polylines.
-TEST(ATransform, GroupedFormsMatchSinglePointForms) {
-    const int counts[] = {2, 0, -3, 3};  // five points mapped; the sixth stays
-    for (const ATransform& t : {ATransform(), ATransform(0.5, 0, 0, -2, 3.25, -1),
-                                ATransform(0.6, 0.8, -0.8, 0.6, 1, 2)}) {
-        std::vector<POINTF> fp = {{3, -3}, {7, 1.5f}, {-5, 9}, {100, -100}, {1, 1}, {42, 42}},
-                            fe = fp;
-        std::vector<POINTD> dp(fp.begin(), fp.end()), de = dp;
-        for (int k = 0; k < 5; ++k) t.CalcPoint(de[k]), t.CalcPoint(fe[k]);
-        t.CalcPointPoints(dp.data(), counts, 4);
-        t.CalcPointPoints(fp.data(), counts, 4);
-        EXPECT_EQ(std::memcmp(dp.data(), de.data(), 6 * sizeof(POINTD)), 0);
-        EXPECT_EQ(std::memcmp(fp.data(), fe.data(), 6 * sizeof(POINTF)), 0);
-    }
-}
-
 // Fault: a vector variant of the array map drifts from the portable loop (a fused
 // multiply-add, another summation order, a lane mix-up between x and y), or its tail
 // handling skips, repeats or overruns points. Every level the processor has runs on the same

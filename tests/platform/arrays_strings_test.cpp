@@ -23,26 +23,6 @@ TEST(CArray, IndexOutsideSizeThrowsInvalidArgument) {
     EXPECT_EQ(a.GetSize(), 2);  // failed calls leave the array as it was
 }
 
-TEST(CArray, GrowInsertRemoveKeepOrderAndZeroFill) {
-    CArray<POINT> a;
-    a.SetAtGrow(3, POINT{5, 6});
-    ASSERT_EQ(a.GetSize(), 4);
-    EXPECT_EQ(a[0], (POINT{0, 0}));
-    EXPECT_EQ(a[3], (POINT{5, 6}));
-    a.InsertAt(1, POINT{1, 1}, 2);
-    a.RemoveAt(0);
-    ASSERT_EQ(a.GetSize(), 5);
-    EXPECT_EQ(a[0], (POINT{1, 1}));
-    EXPECT_EQ(a[1], (POINT{1, 1}));
-    EXPECT_EQ(a[2], (POINT{0, 0}));
-    EXPECT_EQ(a[4], (POINT{5, 6}));
-    CArray<POINT> b;
-    b.Copy(a);
-    EXPECT_EQ(b.Append(a), 5);
-    EXPECT_EQ(b.GetSize(), 10);
-    EXPECT_EQ(b.GetUpperBound(), 9);
-}
-
 TEST(CString, FormatsWindowsWidthPrefixesAndLongText) {
     CString s;
     const char* windowsFormat = "%I64d|%I64X|%I64u|%%I64d";  // not a literal: gcc rejects "I64"

@@ -5,8 +5,7 @@ target_link_libraries(kxbase_shm_peer PRIVATE kxbase_internal kxbase_warnings)
 
 kxbase_add_gtest(kxbase_test_runtime_shm
     ${CMAKE_CURRENT_SOURCE_DIR}/shm_channel_test.cpp
-    ${CMAKE_CURRENT_SOURCE_DIR}/shm_two_process_test.cpp
-    ${CMAKE_CURRENT_SOURCE_DIR}/shm_fault_test.cpp)
+    ${CMAKE_CURRENT_SOURCE_DIR}/shm_two_process_test.cpp)
 target_compile_definitions(kxbase_test_runtime_shm PRIVATE
     KXBASE_SHM_PEER="$<TARGET_FILE:kxbase_shm_peer>")
 add_dependencies(kxbase_test_runtime_shm kxbase_shm_peer)

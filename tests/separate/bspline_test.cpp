@@ -1,6 +1,6 @@
 // B-spline to Bezier conversion: properties the golden vectors do not pin down (long polygons,
-// the inverse mode on random spans, agreement of the two point types, bad arguments, the
-// layouts' windows).
+// the inverse mode on random spans, agreement of the two point types, bad arguments, and the
+// vector variants; the span layouts are golden vectors).
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -18,11 +18,6 @@ void BSplineSpansD(const POINTD* in, int n, POINTD* out, SimdLevel level);
 }
 
 namespace {
-
-struct SeparateProbe : SEPARATE {
-    using SEPARATE::GetMyBSCtrl;
-    using SEPARATE::GetMyEBSCtrl;
-};
 
 std::vector<POINTD> RandomPolygon(std::mt19937& rng, int n, double scale) {
     std::uniform_real_distribution<double> u(-scale, scale);
@@ -105,28 +100,6 @@ TEST(BSplineToBezier, BadArgumentsFailWithoutWritingAndSumsSaturate) {
     const POINT big[4] = {{INT_MAX, INT_MIN}, {INT_MIN, INT_MAX}, {INT_MAX, INT_MIN}, {0, 0}};
     ASSERT_EQ(SEPARATE::BSplineToBezier(big, 4, outi, count, 0), 1);
     EXPECT_TRUE(outi[0].x == INT_MAX && outi[0].y == INT_MIN);  // 6*B0 - 7*B1 + 2*B2: ~3.2e10
-}
-
-// Catches layouts whose windows drift from the converter's: weighting each window of
-// GetMyBSCtrl must reproduce the converter's spans exactly.
-TEST(SpanLayout, WindowsMatchTheConverter) {
-    std::mt19937 rng(3);
-    for (int n : {4, 9}) {
-        const std::vector<POINTD> p = RandomPolygon(rng, n, 100.0);
-        std::vector<POINTD> bs(p);
-        bs.resize(4 * n);
-        ASSERT_EQ(SeparateProbe::GetMyBSCtrl(bs.data(), n), 1);
-        const std::vector<POINTD> spans = Convert(p, 1);
-        for (int s = 0; s < n - 1; ++s) {
-            // Span 1 of a four-point polygon is the weighting of exactly its window.
-            const std::vector<POINTD> one = Convert({&bs[4 * s], &bs[4 * s] + 4}, 1);
-            for (int j = 0; j < 4; ++j)
-                EXPECT_TRUE(one[4 + j].x == spans[4 * s + j].x &&
-                            one[4 + j].y == spans[4 * s + j].y)
-                    << n << " " << s;
-        }
-    }
-    EXPECT_EQ(SeparateProbe::GetMyBSCtrl(nullptr, 4), 0);
 }
 
 // Catches dropped zero terms and values leaking between windows: a non-finite coordinate

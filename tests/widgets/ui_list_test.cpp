@@ -83,21 +83,6 @@ TEST(SortCompare, AlgorithmTable) {
     EXPECT_EQ(ASortListCompare::Proc(1, 2, 0), 0) << "no control";
 }
 
-// Catches a callback applied to the wrong text, or not at all (then "10" < "9").
-TEST(SortCompare, ConversionCallbackMakesTheKey) {
-    ASortListCompare cmp(0, 1, 2, [](CString& out, const char* text, int column) -> INT64 {
-        out.Format("%d:%08d", column, std::atoi(text));
-        return 0;
-    });
-    cmp.AddRow(1, "10");
-    cmp.AddRow(2, "9");
-    EXPECT_EQ(cmp.Compare(1, 2), 1);  // 9 goes first
-    ASortListCompare plain(0, 1, 2, nullptr);
-    plain.AddRow(1, "10");
-    plain.AddRow(2, "9");
-    EXPECT_EQ(plain.Compare(1, 2), -1);
-}
-
 // The header-click sequence of a fresh control: first click on column 0 sorts Z to A (its
 // sort column is 0 with the flag clear), another column sorts A to Z, then Z to A; the old
 // column turns right-aligned without arrows; arrows are SORTUP for A-Z and SORTDOWN for Z-A.
@@ -163,22 +148,6 @@ TEST(SortList, InconsistentComparisonStaysInBounds) {
     EXPECT_FALSE(list.SortItems(nullptr, 0));
 }
 
-TEST(SortList, ColumnCountAndFirstSelected) {
-    CSortListCtrl empty;
-    EXPECT_EQ(empty.GetColumnCount(), 0);
-    EXPECT_EQ(CSortListCtrl::GetColumnCount(nullptr), 0);
-    EXPECT_EQ(CSortListCtrl::GetFirstSelected(nullptr), -1);
-    CSortListCtrl list;
-    Fill(list, {"a", "b", "c"}, {{"1"}, {"2"}, {"3"}});
-    EXPECT_EQ(list.GetColumnCount(), 3);
-    EXPECT_EQ(CSortListCtrl::GetFirstSelected(&list), -1);
-    list.SetItemState(2, LVIS_SELECTED, LVIS_SELECTED);
-    list.SetItemState(1, LVIS_SELECTED, LVIS_SELECTED);
-    EXPECT_EQ(CSortListCtrl::GetFirstSelected(&list), 1);
-    list.SetItemState(1, 0, LVIS_SELECTED);
-    EXPECT_EQ(CSortListCtrl::GetFirstSelected(&list), 2);
-}
-
 TEST(SortList, SearchText) {
     CSortListCtrl list;
     Fill(list, {"name", "type"},
@@ -227,16 +196,4 @@ TEST(SortList, BadIndexesFail) {
     EXPECT_FALSE(list.DeleteColumn(1));
     EXPECT_FALSE(list.GetHeaderCtrl()->SetItem(4, nullptr));
     EXPECT_EQ(list.InsertItem(50, "tail"), 1) << "index clamped to the count";
-}
-
-TEST(SortList, ItemFlagsDiffer) {
-    const DWORD a = CSortListCtrl::GetItemFlag();
-    const DWORD b = CSortListCtrl::GetItemFlag();
-    EXPECT_NE(a, b);
-    CSortListCtrl list;
-    Fill(list, {"a"}, {{"x"}, {"y"}});
-    EXPECT_TRUE(list.SetItemDataEx(0));
-    EXPECT_TRUE(list.SetItemDataEx(1));
-    EXPECT_NE(list.GetItemData(0), list.GetItemData(1));
-    EXPECT_FALSE(list.SetItemDataEx(7));
 }

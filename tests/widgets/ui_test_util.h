@@ -5,10 +5,13 @@
 #include <vector>
 
 #include <QApplication>
+#include <QMainWindow>
+#include <QThread>
 #include <QTimer>
 #include <QWidget>
 
 #include <kxbase/runtime/env_obj.h>
+#include <kxbase/ui/messages.h>
 
 // Steps run in order, each on the modal widget that is up when it is reached: a step returns
 // false while the widget in front is not yet the one it expects. The timer polls (so no
@@ -43,3 +46,19 @@ struct NoApplicationAnswers {
     AEnvObj env;
 };
 extern NoApplicationAnswers g_noApplication;
+
+// A main window that answers the library's messages with wParam + lParam, recording each
+// message and whether every one arrived on the window's own thread.
+class MessageWindow : public QMainWindow {
+public:
+    bool event(QEvent* e) override {
+        if (e->type() != KxMessageEvent::EventType()) return QMainWindow::event(e);
+        auto* m = static_cast<KxMessageEvent*>(e);
+        onOwnThread = onOwnThread && QThread::currentThread() == thread();
+        received.push_back(m->message());
+        m->setResult(static_cast<LRESULT>(m->wParam()) + m->lParam());
+        return true;
+    }
+    std::vector<UINT> received;  // only touched on the application's thread
+    bool onOwnThread = true;
+};

@@ -15,28 +15,8 @@
 
 #include "ui_test_util.h"
 
-namespace {
-
-class Window : public QMainWindow {
-public:
-    bool event(QEvent* e) override {
-        if (e->type() == KxMessageEvent::EventType()) {
-            auto* m = static_cast<KxMessageEvent*>(e);
-            onOwnThread = onOwnThread && QThread::currentThread() == thread();
-            received.push_back(m->message());
-            m->setResult(static_cast<LRESULT>(m->wParam()) * 2);
-            return true;
-        }
-        return QMainWindow::event(e);
-    }
-    std::vector<UINT> received;  // only touched on the application's thread
-    bool onOwnThread = true;
-};
-
-}  // namespace
-
 TEST(MsgSend, FromWorkerThreads) {
-    Window w;
+    MessageWindow w;
     KxSetMainWindow(&w);
     constexpr int kSends = 50;
     std::vector<LRESULT> answers(kSends);
@@ -45,7 +25,7 @@ TEST(MsgSend, FromWorkerThreads) {
     std::thread worker([&] {
         for (int i = 0; i < kSends; ++i) {
             answers[static_cast<std::size_t>(i)] =
-                AMsgSend::ToMain(WM_APP, static_cast<WPARAM>(i), 0);
+                AMsgSend::ToMain(WM_APP, static_cast<WPARAM>(i), i);
             posted += AMsgSend::PostToMain(WM_APP + 1, 0, 0);
         }
         done = true;

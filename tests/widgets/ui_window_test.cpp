@@ -1,5 +1,5 @@
 // A real window on an X server (run under xvfb-run): QTest clicks the header and
-// double-clicks cells of a CSortListCtrl; the test checks the order, the header formats and
+// double-clicks cells of a CSortListCtrl; the test checks the order, the sort indicator and
 // the captured cell, and saves a screenshot to the path given as the first argument.
 #include <gtest/gtest.h>
 
@@ -22,13 +22,6 @@ std::vector<std::string> Column(const CListCtrl& list, int column) {
     std::vector<std::string> out;
     for (int i = 0; i < list.GetItemCount(); ++i) out.push_back(list.GetItemText(i, column).str());
     return out;
-}
-
-int HeaderFormat(CListCtrl& list, int column) {
-    HDITEM item{};
-    item.mask = HDI_FORMAT;
-    list.GetHeaderCtrl()->GetItem(column, &item);
-    return item.fmt;
 }
 
 void ClickHeader(CSortListCtrl& list, int column) {
@@ -62,12 +55,11 @@ TEST(ListWindow, HeaderClicksAndDoubleClick) {
     ClickHeader(list, 0);  // fresh control: column 0 toggles to Z to A
     EXPECT_EQ(Column(list, 0), (std::vector<std::string>{"Zeta.tif", "Printer.cfg", "kxbase.dll",
                                                          "beta.icc", "alpha.icc"}));
-    EXPECT_EQ(HeaderFormat(list, 0), HDF_STRING | HDF_RIGHT | HDF_SORTDOWN);
 
-    ClickHeader(list, 1);  // a new column: A to Z by text
+    // A new column sorts A to Z by text. (The header formats of the click sequence are
+    // checked offscreen in ui_list_test.cpp.)
+    ClickHeader(list, 1);
     EXPECT_EQ(Column(list, 1), (std::vector<std::string>{"120", "3", "45", "7", "9000"}));
-    EXPECT_EQ(HeaderFormat(list, 0), HDF_STRING | HDF_RIGHT);
-    EXPECT_EQ(HeaderFormat(list, 1), HDF_STRING | HDF_RIGHT | HDF_SORTUP);
     EXPECT_TRUE(list.header()->isSortIndicatorShown());
     EXPECT_EQ(list.header()->sortIndicatorSection(), 1);
 

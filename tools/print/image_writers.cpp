@@ -51,6 +51,22 @@ struct PngPageWriter::State {
         return file && std::ferror(file) ? kxtool::WriteError(out.Target(), err)
                                          : "PNG " + out.Target() + ": " + message;
     }
+    // Runs libpng calls with the error jump point in this frame, which stays live while they
+    // run: a libpng error jumps back here, becomes `error`, and the writer is reset.
+    template <class Calls>
+    bool Guarded(std::string& error, Calls calls) {
+        if (!png) {
+            error = "PNG writer not open";
+            return false;
+        }
+        if (setjmp(png_jmpbuf(png))) {
+            error = Why(errno);
+            Reset();
+            return false;
+        }
+        calls();
+        return true;
+    }
 };
 
 PngPageWriter::PngPageWriter() : m_state(std::make_unique<State>()) {}
@@ -70,54 +86,31 @@ bool PngPageWriter::Begin(const std::string& path, const PageFormat& f, std::str
         s.Reset();
         return false;
     }
-    if (setjmp(png_jmpbuf(s.png))) {
-        error = s.Why(errno);
-        s.Reset();
-        return false;
-    }
-    png_init_io(s.png, s.file);
-    const bool rgb = f.depth == 24;
-    png_set_IHDR(s.png, s.info, f.width, f.height, rgb ? 8 : f.depth,
-                 rgb ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
-                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    const auto ppm = static_cast<png_uint_32>(f.dpi / 0.0254 + 0.5);
-    png_set_pHYs(s.png, s.info, ppm, ppm, PNG_RESOLUTION_METER);
-    // Speed over size: the page is written as fast as it arrives.
-    png_set_compression_level(s.png, 1);
-    png_set_filter(s.png, 0, rgb ? PNG_FILTER_SUB : PNG_FILTER_NONE);
-    png_write_info(s.png, s.info);
-    // PNG grey 0 is black; 1-bit rows carry ink as 1.
-    if (f.depth == 1) png_set_invert_mono(s.png);
-    return true;
+    return s.Guarded(error, [&] {
+        png_init_io(s.png, s.file);
+        const bool rgb = f.depth == 24;
+        png_set_IHDR(s.png, s.info, f.width, f.height, rgb ? 8 : f.depth,
+                     rgb ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
+                     PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+        const auto ppm = static_cast<png_uint_32>(f.dpi / 0.0254 + 0.5);
+        png_set_pHYs(s.png, s.info, ppm, ppm, PNG_RESOLUTION_METER);
+        // Speed over size: the page is written as fast as it arrives.
+        png_set_compression_level(s.png, 1);
+        png_set_filter(s.png, 0, rgb ? PNG_FILTER_SUB : PNG_FILTER_NONE);
+        png_write_info(s.png, s.info);
+        // PNG grey 0 is black; 1-bit rows carry ink as 1.
+        if (f.depth == 1) png_set_invert_mono(s.png);
+    });
 }
 
 bool PngPageWriter::Row(const std::uint8_t* packed, std::string& error) {
     State& s = *m_state;
-    if (!s.png) {
-        error = "PNG writer not open";
-        return false;
-    }
-    if (setjmp(png_jmpbuf(s.png))) {
-        error = s.Why(errno);
-        s.Reset();
-        return false;
-    }
-    png_write_row(s.png, packed);
-    return true;
+    return s.Guarded(error, [&] { png_write_row(s.png, packed); });
 }
 
 bool PngPageWriter::End(std::string& error) {
     State& s = *m_state;
-    if (!s.png) {
-        error = "PNG writer not open";
-        return false;
-    }
-    if (setjmp(png_jmpbuf(s.png))) {
-        error = s.Why(errno);
-        s.Reset();
-        return false;
-    }
-    png_write_end(s.png, nullptr);
+    if (!s.Guarded(error, [&] { png_write_end(s.png, nullptr); })) return false;
     png_destroy_write_struct(&s.png, &s.info);
     s.file = nullptr;
     return s.out.Commit(error);

@@ -26,12 +26,6 @@ namespace kxprint {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-std::uint64_t Ns(Clock::time_point a, Clock::time_point b) {
-    return static_cast<std::uint64_t>(
-        std::chrono::duration_cast<std::chrono::nanoseconds>(b - a).count());
-}
-
 volatile sig_atomic_t g_stop = 0;
 void OnStop(int) {
     g_stop = 1;

@@ -16,16 +16,11 @@
 #include "band_ring.h"
 #include "image_writers.h"
 #include "print_job.h"
+#include "progress.h"
 
 namespace kxprint {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-std::uint64_t Ns(Clock::time_point a, Clock::time_point b) {
-    return static_cast<std::uint64_t>(
-        std::chrono::duration_cast<std::chrono::nanoseconds>(b - a).count());
-}
 
 pid_t g_producer = -1;  // the process that started this printer
 

@@ -2,11 +2,19 @@
 // summary at the end.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <string>
 
 namespace kxprint {
+
+/// The clock of the job's figures, and the nanoseconds between two of its readings.
+using Clock = std::chrono::steady_clock;
+inline std::uint64_t Ns(Clock::time_point a, Clock::time_point b) {
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(b - a).count());
+}
 
 /// A one-line bar redrawn on stderr; does nothing unless stderr is a terminal.
 class ProgressBar {

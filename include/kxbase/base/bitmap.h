@@ -1,19 +1,20 @@
-// ABitmap: a bitmap that copies another and exchanges its pixels as 24-bit rows.
-//
-// Without a display server the "device" format behind a bitmap handle is a plain 24-bit
-// image: width x height pixels, rows top-down, 3 bytes per pixel in the order red, green,
-// blue, rows packed without padding (KxGetBitmap reports it). Raster code never depends on
-// that layout: it reads and writes pixels through ABitmap::GetRgbBits / SetRgbBits in the
-// buffer format below, which is the same whatever the device format is. The user-interface
-// library converts bitmaps to and from QImage and QPixmap.
-//
-// RGB buffer format (a device-independent bitmap body): 24 bits per pixel, 3 bytes per
-// pixel in the order blue, green, red; rows bottom-up (the first row in the buffer is the
-// bottom row of the image); each row padded to a multiple of 4 bytes, so the stride is
-// ((width * 24 + 31) / 32) * 4 bytes and the buffer holds stride * height bytes. Padding
-// bytes are written as 0 and ignored when read.
-//
-// Thread-safety: a bitmap object and its handle belong to one thread at a time.
+/// \file
+/// ABitmap: a bitmap that copies another and exchanges its pixels as 24-bit rows.
+///
+/// Without a display server the "device" format behind a bitmap handle is a plain 24-bit
+/// image: width x height pixels, rows top-down, 3 bytes per pixel in the order red, green,
+/// blue, rows packed without padding (KxGetBitmap reports it). Raster code never depends on
+/// that layout: it reads and writes pixels through ABitmap::GetRgbBits / SetRgbBits in the
+/// buffer format below, which is the same whatever the device format is. The user-interface
+/// library converts bitmaps to and from QImage and QPixmap.
+///
+/// RGB buffer format (a device-independent bitmap body): 24 bits per pixel, 3 bytes per
+/// pixel in the order blue, green, red; rows bottom-up (the first row in the buffer is the
+/// bottom row of the image); each row padded to a multiple of 4 bytes, so the stride is
+/// ((width * 24 + 31) / 32) * 4 bytes and the buffer holds stride * height bytes. Padding
+/// bytes are written as 0 and ignored when read.
+///
+/// Thread-safety: a bitmap object and its handle belong to one thread at a time.
 #pragma once
 
 #include <kxbase/export.h>
@@ -24,6 +25,7 @@
 // Windows: HBITMAP, BITMAP and BITMAPINFOHEADER are the system's own (same fields). A handle
 // made by KxCreateBitmap is this library's image, not a GDI object.
 #else
+/// Opaque device bitmap behind an HBITMAP.
 struct KxBitmapImage;
 /// Handle of a device bitmap; null is "no bitmap".
 using HBITMAP = KxBitmapImage*;
@@ -42,20 +44,20 @@ struct BITMAP {
 /// The header that describes the RGB buffer format.
 struct BITMAPINFOHEADER {
     DWORD biSize;  ///< 40
-    LONG biWidth;
+    LONG biWidth;  ///< pixels
     LONG biHeight;        ///< positive: bottom-up rows
     WORD biPlanes;        ///< 1
     WORD biBitCount;      ///< 24
     DWORD biCompression;  ///< BI_RGB (0)
     DWORD biSizeImage;    ///< 0
-    LONG biXPelsPerMeter;
-    LONG biYPelsPerMeter;
+    LONG biXPelsPerMeter;  ///< 0: no resolution recorded
+    LONG biYPelsPerMeter;  ///< 0: no resolution recorded
     DWORD biClrUsed;  ///< 0: no colour table
-    DWORD biClrImportant;
+    DWORD biClrImportant;  ///< 0
 };
 #endif
 #ifndef BI_RGB
-#define BI_RGB 0u
+#define BI_RGB 0u  ///< uncompressed rows (biCompression)
 #endif
 
 /// Creates a black device bitmap. Null when width or height is below 1, when the RGB
@@ -70,7 +72,9 @@ KXBASE_API int KxGetBitmap(HBITMAP bitmap, BITMAP* out);
 class KXBASE_API CBitmap : public CObject {
     KX_DECLARE_DYNAMIC(CBitmap)
 public:
+    /// An object that holds no bitmap.
     CBitmap() = default;
+    /// Releases the bitmap held.
     ~CBitmap() override;
     CBitmap(const CBitmap&) = delete;
     CBitmap& operator=(const CBitmap&) = delete;
@@ -84,18 +88,23 @@ public:
     HBITMAP Detach();
     /// Releases the bitmap held; 1 when there was one.
     int DeleteObject();
+    ///@{
+    /// The handle held, or null.
     HBITMAP GetSafeHandle() const { return m_hObject; }
     operator HBITMAP() const { return m_hObject; }  // NOLINT: implicit like the platform class
+    ///@}
     /// KxGetBitmap of the handle held.
     int GetBitmap(BITMAP* out) const { return KxGetBitmap(m_hObject, out); }
 
 protected:
-    HBITMAP m_hObject = nullptr;
+    HBITMAP m_hObject = nullptr;  ///< the handle owned; null when none
 };
 
+/// CBitmap that copies other bitmaps and reads and writes its pixels in the RGB buffer format.
 class KXBASE_API ABitmap : public CBitmap {
     KX_DECLARE_DYNAMIC(ABitmap)
 public:
+    /// An object that holds no bitmap.
     ABitmap() = default;
 
     /// Makes this object a copy of source (pixels carried through the RGB buffer format).

@@ -1,10 +1,11 @@
-// The signed 64-bit number parser of the numeric edit controls, as a free function.
-//
-// CInt64Edit (and the list readers of AMathOpt) turn one item of text into a number with
-// this function; it is here, in the core library, so that text parsing never needs the
-// user-interface library and can be tested and fuzzed on its own.
-//
-// Thread-safety: pure, safe from any thread.
+/// \file
+/// The signed 64-bit number parser of the numeric edit controls, as a free function.
+///
+/// CInt64Edit (and the list readers of AMathOpt) turn one item of text into a number with
+/// this function; it is here, in the core library, so that text parsing never needs the
+/// user-interface library and can be tested and fuzzed on its own.
+///
+/// Thread-safety: pure, safe from any thread.
 #pragma once
 
 #include <kxbase/export.h>

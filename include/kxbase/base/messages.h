@@ -1,16 +1,17 @@
-// Message helpers: string resources, message boxes and the host's status bar.
-//
-// The core library has no user interface. ZelDialogMsg and ZelStatusMsg build their text here
-// and hand it to hooks that the host (or the UI library, which draws a real message box and
-// status bar) installs with KxSetDialogHook / KxSetStatusHook. Without a hook nothing is
-// shown: ZelDialogMsg then returns 0 ("no box was shown"; a caller waiting for IDOK or IDYES
-// takes that as "not confirmed") and ZelStatusMsg does nothing.
-//
-// Hiding and re-showing the splash window around a message box is the dialog hook's job,
-// since only the UI layer knows the splash window.
-//
-// Thread-safety: the hooks may be installed from any thread; a hook runs on the thread that
-// calls the message function (the host's UI thread, by contract of the callers).
+/// \file
+/// Message helpers: string resources, message boxes and the host's status bar.
+///
+/// The core library has no user interface. ZelDialogMsg and ZelStatusMsg build their text here
+/// and hand it to hooks that the host (or the UI library, which draws a real message box and
+/// status bar) installs with KxSetDialogHook / KxSetStatusHook. Without a hook nothing is
+/// shown: ZelDialogMsg then returns 0 ("no box was shown"; a caller waiting for IDOK or IDYES
+/// takes that as "not confirmed") and ZelStatusMsg does nothing.
+///
+/// Hiding and re-showing the splash window around a message box is the dialog hook's job,
+/// since only the UI layer knows the splash window.
+///
+/// Thread-safety: the hooks may be installed from any thread; a hook runs on the thread that
+/// calls the message function (the host's UI thread, by contract of the callers).
 #pragma once
 
 #include <functional>
@@ -21,20 +22,20 @@
 
 // Message box styles and results, with the platform's values.
 #ifndef MB_OK
-#define MB_OK 0x00000000u
-#define MB_OKCANCEL 0x00000001u
-#define MB_YESNOCANCEL 0x00000003u
-#define MB_YESNO 0x00000004u
-#define MB_ICONERROR 0x00000010u
-#define MB_ICONQUESTION 0x00000020u
-#define MB_ICONWARNING 0x00000030u
-#define MB_ICONINFORMATION 0x00000040u
+#define MB_OK 0x00000000u  ///< an OK button
+#define MB_OKCANCEL 0x00000001u  ///< OK and Cancel buttons
+#define MB_YESNOCANCEL 0x00000003u  ///< Yes, No and Cancel buttons
+#define MB_YESNO 0x00000004u  ///< Yes and No buttons
+#define MB_ICONERROR 0x00000010u  ///< the error icon
+#define MB_ICONQUESTION 0x00000020u  ///< the question icon
+#define MB_ICONWARNING 0x00000030u  ///< the warning icon
+#define MB_ICONINFORMATION 0x00000040u  ///< the information icon
 #endif
 #ifndef IDOK
-#define IDOK 1
-#define IDCANCEL 2
-#define IDYES 6
-#define IDNO 7
+#define IDOK 1  ///< OK was chosen
+#define IDCANCEL 2  ///< Cancel was chosen, or the box was closed
+#define IDYES 6  ///< Yes was chosen
+#define IDNO 7  ///< No was chosen
 #endif
 
 /// Shows `text` in a modal message box of style `type` (MB_... flags) and returns the box's

@@ -1,16 +1,17 @@
-// Number helpers: doubles to integers and to decimal text with a fixed count of places,
-// integers to decimal or hexadecimal text, and the zoom-ratio steps of a view.
-//
-// The library rounds a double to n decimals through text, deliberately: ZelFloatPrecision
-// returns the nearest double to the text ZelFloatPrecisionString writes. Every 8-decimal
-// result of the unit conversions, print geometry and ellipse code goes through it.
-//
-// Out-of-range input never invokes undefined behaviour: conversions to integers saturate to
-// the target type's range and NaN gives 0; the text forms treat NaN as 0 and compute the
-// integer part in 64 bits, saturated to the int64 range. For finite values whose integer
-// part fits 32 bits (the range the host format works in) these choices change nothing.
-//
-// Thread-safety: every function here is pure and safe from any thread.
+/// \file
+/// Number helpers: doubles to integers and to decimal text with a fixed count of places,
+/// integers to decimal or hexadecimal text, and the zoom-ratio steps of a view.
+///
+/// The library rounds a double to n decimals through text, deliberately: ZelFloatPrecision
+/// returns the nearest double to the text ZelFloatPrecisionString writes. Every 8-decimal
+/// result of the unit conversions, print geometry and ellipse code goes through it.
+///
+/// Out-of-range input never invokes undefined behaviour: conversions to integers saturate to
+/// the target type's range and NaN gives 0; the text forms treat NaN as 0 and compute the
+/// integer part in 64 bits, saturated to the int64 range. For finite values whose integer
+/// part fits 32 bits (the range the host format works in) these choices change nothing.
+///
+/// Thread-safety: every function here is pure and safe from any thread.
 #pragma once
 
 #include <kxbase/export.h>
@@ -39,29 +40,37 @@ KXBASE_API CString ZelFloatPrecisionString(double value, int digits, int round);
 /// Writes no CString: fast enough for inner loops.
 KXBASE_API double ZelFloatPrecision(double value, int digits, int round);
 
+///@{
 /// ZelFloatPrecision(value, 8, 1), then floor / ceiling: 2.9999999999 floors to 3 and
 /// 3.000000001 ceils to 3.
 KXBASE_API double ZelFloor(double value);
 KXBASE_API double ZelCeil(double value);
+///@}
 
+///@{
 /// With round non-zero, value += 0.5 (or -0.5 when value < 0); then 1e-10 is added when the
 /// value is >= 0 (subtracted when < 0) and the value is truncated toward zero. Saturates to
 /// the result type's range; NaN gives 0.
 KXBASE_API int ZelFloatToInt(double value, int round);
 KXBASE_API INT64 ZelFloatToINT64(double value, int round);
+///@}
+///@{
 /// The same rounding step, but a negative value gives 0; otherwise value + 1e-10 truncated.
 /// Saturates at the type's maximum; NaN gives 0.
 KXBASE_API DWORD ZelFloatToDWORD(double value, int round);
 KXBASE_API UINT64 ZelFloatToUINT64(double value, int round);
+///@}
 
 /// hex 0: decimal ("%d"). hex non-zero: upper-case hexadecimal, zero-padded to at least
 /// width digits when width is non-zero (255 with width 4 gives "00FF"; width 0 gives "FF").
 /// Negative values in hexadecimal show their two's-complement bits.
 KXBASE_API CString ZelIntString(int value, int hex = 0, unsigned char width = 0);
+///@{
 /// The same for unsigned 32-bit ("%u"), signed 64-bit and unsigned 64-bit values.
 KXBASE_API CString ZelDWORDString(ULONG value, int hex = 0, unsigned char width = 0);
 KXBASE_API CString ZelINT64String(INT64 value, int hex = 0, unsigned char width = 0);
 KXBASE_API CString ZelUINT64String(UINT64 value, int hex = 0, unsigned char width = 0);
+///@}
 
 /// Zoom-ratio steps, in place (ratio > 1 magnifies; ratios stay between 1/20000 and 100).
 /// All three first turn a ratio <= 0, within 1e-10 of 0, or NaN into 1.0 and stop there.

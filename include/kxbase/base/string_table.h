@@ -1,7 +1,8 @@
-// The library's string table: the display texts (zh-CN, stored as UTF-8) under the numeric
-// ids hosts load them by.
-//
-// Thread-safety: read-only data; every function is re-entrant.
+/// \file
+/// The library's string table: the display texts (zh-CN, stored as UTF-8) under the numeric
+/// ids hosts load them by.
+///
+/// Thread-safety: read-only data; every function is re-entrant.
 #pragma once
 
 #include <kxbase/export.h>

@@ -1,10 +1,15 @@
-// ACompress: the raster codecs (LZW, run-length per bit depth, bit-depth packing, line zoom,
-// Base64). Every operation is static and re-entrant once Init() has built the shared tables.
+/// \file
+/// ACompress: the raster codecs (LZW, run-length per bit depth, bit-depth packing, line zoom,
+/// Base64). Every operation is static and re-entrant once Init() has built the shared tables.
+///
+/// Thread-safety: every function may be called from any thread at the same time.
 #pragma once
 
 #include <kxbase/export.h>
 #include <kxbase/platform/types.h>
 
+/// The raster codecs as static functions. Callers own every buffer; each function states the
+/// capacity it needs (the ...Bound functions give worst cases) and returns 0 when it is short.
 class KXBASE_API ACompress {
 public:
     /// Builds the shared bit tables used by the 1-bit unpackers. The tables are constant data
@@ -332,6 +337,7 @@ protected:
     static int Comp_RLE24(const BYTE* src, ULONG srcLen, BYTE* dst, ULONG dstCap,
                           ULONG& dstLen);
 
+    ///@{
     /// Windowed restores: pixels start .. start + count - 1 of a line of total pixels go to
     /// dst[0 ..]; 1 exactly when count pixels were written. The 4-bit one also fails on srcLen
     /// 1 more than a multiple of 3. Note the different argument order of the 24-bit one
@@ -342,7 +348,9 @@ protected:
                            BYTE* dst);
     static int UnComp_RLE24(const BYTE* src, ULONG srcLen, ULONG start, ULONG count,
                             ULONG total, BYTE* dst);
+    ///@}
 
+    ///@{
     /// Locate the run holding pixel pos of a line of total pixels. pos 0, or a stream of one
     /// record, answers the first record; pos >= total / 2 searches back from the last record
     /// (starting from a running end of total), else forward from the first. offset receives
@@ -358,14 +366,18 @@ protected:
                            ULONG* before, ULONG* count);
     static int GetLoc_RLE24(ULONG pos, ULONG total, const BYTE* src, ULONG srcLen,
                             ULONG* offset, ULONG* before);
+    ///@}
 
+    ///@{
     /// 1- and 2-bit line compressors. Pack1 reserves the last byte of dst for the closing byte
     /// (the stream may fill dst exactly); Pack2 keeps every length below dstCap - 1, so it
     /// needs two spare bytes. The last literal of Pack2 takes three pixel places; places past
     /// the line are written as 0 bits. dstLen is set on success only.
     static int Pack1(const BYTE* src, ULONG srcLen, BYTE* dst, ULONG dstCap, ULONG& dstLen);
     static int Pack2(const BYTE* src, ULONG srcLen, BYTE* dst, ULONG dstCap, ULONG& dstLen);
+    ///@}
 
+    ///@{
     /// Restore exactly `pixels` pixels (dst holds that many bytes). The closing byte is not
     /// decoded; a literal writes 7 (3) pixels, or fewer where dst ends; a run that reaches the
     /// end of dst fills it. UnPack1 returns 1 also when the stream ends early. UnPack2 fails
@@ -373,6 +385,7 @@ protected:
     /// than pixels pixels written.
     static int UnPack1(const BYTE* src, ULONG srcLen, ULONG pixels, BYTE* dst);
     static int UnPack2(const BYTE* src, ULONG srcLen, ULONG pixels, BYTE* dst);
+    ///@}
 
     /// Largest output of Pack_Value: a 32-bit count needs at most 6 six-bit or 7 five-bit
     /// digits, so a dst of 10 bytes always suffices.
@@ -383,6 +396,7 @@ protected:
     /// return 0.
     static int Pack_Value(BYTE value, ULONG count, int depth, BYTE* dst, ULONG& dstLen);
 
+    ///@{
     /// Finds the element of a 1-bit (2-bit) stream holding pixel pos: a literal byte, or a run
     /// with all its digits. The closing byte is left out of the walk; a literal counts 7 (3)
     /// pixels, except the one just before the closing byte, which counts the closing byte's
@@ -393,7 +407,9 @@ protected:
                            ULONG* bytes, ULONG* inside, ULONG* pixels);
     static int GetLoc_RLE2(ULONG pos, ULONG total, const BYTE* src, ULONG srcLen, ULONG* offset,
                            ULONG* bytes, ULONG* inside, ULONG* pixels);
+    ///@}
 
+    ///@{
     /// Reads the run whose digit lies at src[offset] and returns the number of digit bytes
     /// read, 0 when that byte is a literal (or src is null, or bytes is 0). With whole == 0 it
     /// first steps back over at most bytes - 1 earlier digits of the same run. value = the run
@@ -404,7 +420,9 @@ protected:
                             ULONG& count, int whole);
     static ULONG UnPackSeg2(const BYTE* src, ULONG offset, ULONG bytes, BYTE& value,
                             ULONG& count, int whole);
+    ///@}
 
+    ///@{
     /// Per-depth members of ShrinkBit/ExpandBit (no argument checks of their own).
     static int ShrinkBit1(BYTE* buf, ULONG start, ULONG count, BYTE* dst);
     static int ShrinkBit2(BYTE* buf, ULONG start, ULONG count, BYTE* dst);
@@ -412,4 +430,5 @@ protected:
     static int ExpandBit1(const BYTE* src, ULONG start, ULONG count, BYTE* dst);
     static int ExpandBit2(const BYTE* src, ULONG start, ULONG count, BYTE* dst);
     static int ExpandBit4(const BYTE* src, ULONG start, ULONG count, BYTE* dst);
+    ///@}
 };

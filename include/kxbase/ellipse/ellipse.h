@@ -1,40 +1,41 @@
-// CEllipse: ellipses, circles, arcs, rectangles and parallelograms turned into conic
-// parameters, integer outlines and scan-line spans for the raster engine.
-//
-// Conventions
-//  - Device coordinates, y grows downward: "top" is the least y, "left" the least x. Angles
-//    are radians from +x toward +y (clockwise on the screen).
-//  - An ellipse is given as an axis-aligned bounding rectangle (RECT or RECTD) with a turning
-//    angle about its centre, or as such a rectangle carried into device space by an
-//    ATransform (x' = eM11*x + eM21*y + eDx, y' = eM12*x + eM22*y + eDy).
-//  - Zero tests on coefficients and denominators use 1e-6. An angle is "near" 0, pi/2, pi or
-//    3pi/2 when it differs from it by less than kAngleTolerance (0.005 as a single-precision
-//    value, widened; kept at that width on purpose).
-//  - Angles are normalised to [0, 2*pi) first (angle - ZelFloor(angle / 2pi) * 2pi; angles
-//    already in range are used unchanged). After normalisation only the spans, the turned
-//    borders and RotateRect compare with 0, pi/2, pi and 3pi/2, never with 2pi: an angle
-//    just below 2pi (for instance -0.003) is therefore *not* near 0 for them and takes the
-//    general, turned path. EllipsePoint alone also accepts "near 2pi". Hosts depend on this.
-//  - Results are 1 for success and 0 for failure unless stated. Span operations return the
-//    first row. Nothing is thrown, except that the protected tracers and profile routines let
-//    the array's exceptions through where documented. Public span and outline operations
-//    that run out of memory give their empty result (the transformed-ellipse forms also show
-//    the library's message 20, "insufficient memory", through ZelDialogMsg).
-//
-// Inputs outside the useful range (documented failure results, never undefined behaviour):
-//  - NaN or infinite angles, coefficients or transforms make the conic and bounds routines
-//    fail (0) or produce non-finite doubles; integer results then saturate (NaN gives 0).
-//    The spans of a NaN or infinite angle are empty, except for a circle (w == h >= 3) and a
-//    single pixel, whose spans do not depend on the angle.
-//  - Span operations refuse shapes whose device extent exceeds kMaxExtent pixels in either
-//    direction, outline operations those beyond kMaxOutlineExtent, and both refuse edges
-//    beyond +-kMaxCoordinate: no spans (or no points), an empty border and the rectangle's
-//    top as first row. This bounds the runs of one call to 32 MiB, an outline to a few
-//    hundred MiB at worst, and the time of a call to well under a second.
-//  - A singular transform (determinant within 1e-10 of 0) has no ellipse in device space:
-//    spans and outlines are empty.
-//
-// Thread-safety: every operation is static and re-entrant; callers own all arrays.
+/// \file
+/// CEllipse: ellipses, circles, arcs, rectangles and parallelograms turned into conic
+/// parameters, integer outlines and scan-line spans for the raster engine.
+///
+/// Conventions
+///  - Device coordinates, y grows downward: "top" is the least y, "left" the least x. Angles
+///    are radians from +x toward +y (clockwise on the screen).
+///  - An ellipse is given as an axis-aligned bounding rectangle (RECT or RECTD) with a turning
+///    angle about its centre, or as such a rectangle carried into device space by an
+///    ATransform (x' = eM11*x + eM21*y + eDx, y' = eM12*x + eM22*y + eDy).
+///  - Zero tests on coefficients and denominators use 1e-6. An angle is "near" 0, pi/2, pi or
+///    3pi/2 when it differs from it by less than kAngleTolerance (0.005 as a single-precision
+///    value, widened; kept at that width on purpose).
+///  - Angles are normalised to [0, 2*pi) first (angle - ZelFloor(angle / 2pi) * 2pi; angles
+///    already in range are used unchanged). After normalisation only the spans, the turned
+///    borders and RotateRect compare with 0, pi/2, pi and 3pi/2, never with 2pi: an angle
+///    just below 2pi (for instance -0.003) is therefore *not* near 0 for them and takes the
+///    general, turned path. EllipsePoint alone also accepts "near 2pi". Hosts depend on this.
+///  - Results are 1 for success and 0 for failure unless stated. Span operations return the
+///    first row. Nothing is thrown, except that the protected tracers and profile routines let
+///    the array's exceptions through where documented. Public span and outline operations
+///    that run out of memory give their empty result (the transformed-ellipse forms also show
+///    the library's message 20, "insufficient memory", through ZelDialogMsg).
+///
+/// Inputs outside the useful range (documented failure results, never undefined behaviour):
+///  - NaN or infinite angles, coefficients or transforms make the conic and bounds routines
+///    fail (0) or produce non-finite doubles; integer results then saturate (NaN gives 0).
+///    The spans of a NaN or infinite angle are empty, except for a circle (w == h >= 3) and a
+///    single pixel, whose spans do not depend on the angle.
+///  - Span operations refuse shapes whose device extent exceeds kMaxExtent pixels in either
+///    direction, outline operations those beyond kMaxOutlineExtent, and both refuse edges
+///    beyond +-kMaxCoordinate: no spans (or no points), an empty border and the rectangle's
+///    top as first row. This bounds the runs of one call to 32 MiB, an outline to a few
+///    hundred MiB at worst, and the time of a call to well under a second.
+///  - A singular transform (determinant within 1e-10 of 0) has no ellipse in device space:
+///    spans and outlines are empty.
+///
+/// Thread-safety: every operation is static and re-entrant; callers own all arrays.
 #pragma once
 
 #include <kxbase/ellipse/records.h>
@@ -46,6 +47,8 @@
 #include <kxbase/platform/crect.h>
 #include <kxbase/platform/types.h>
 
+/// The shape rasteriser: conic parameters, bounds, points, outlines and scan-line spans, as static
+/// functions.
 class KXBASE_API CEllipse {
 public:
     /// Angle tolerance: the single-precision 0.005 widened to double.
@@ -71,11 +74,13 @@ public:
     /// Fails (0, outputs untouched) when the width or height is not positive.
     static int GetEllipseParam(const RECTD& rc, const ATransform& t, double& a, double& b,
                                double& c, double& d, double& e, double& f);
+    ///@{
     /// The same with the rectangle's edges converted to double.
     static int GetEllipseParam(const RECT& rc, const ATransform& t, double& a, double& b, double& c,
                                double& d, double& e, double& f);
     static int GetEllipseParam(const RECT& rc, const ATransform& t, ELLPARAM& param);
     static int GetEllipseParam(const RECTD& rc, const ATransform& t, ELLPARAM& param);
+    ///@}
 
     /// Centred, turned form p*x^2 + q*y^2 + r*x*y = s of the ellipse inscribed in rc and
     /// turned by angle, about the origin. The angle is normalised and then reduced below pi
@@ -95,12 +100,15 @@ public:
     /// below 1e-6 in size, a tangent equation degenerates, the conic has no real points, or
     /// its extremes are not finite (NaN or infinite coefficients).
     static int GetEllBoundary(const ELLPARAM& param, POINTD* pts, RECT* border, POINTD* center);
+    ///@{
     /// The same with integer points: each point rounded half away from zero, the centre
     /// only truncated with the 1e-10 epsilon (deliberately: (10.5, 7.5) gives (10, 7)).
     /// Points and centre are written even on failure (then as zeros); the border is then
     /// left untouched.
     static int GetEllBoundary(const ELLPARAM& param, POINT* pts, RECT* border, POINT* center);
     static int GetEllBoundary(const ELLPARAM& param, ELLBOUND& bound);
+    ///@}
+    ///@{
     /// Device-space bounds of the ellipse inscribed in rc as t carries it: the conic is
     /// built with the inverse of t (a singular t is used as TransMatrix::InverseMatrix
     /// leaves it). An empty rectangle fails with nothing written.
@@ -114,14 +122,17 @@ public:
                               POINTD* center);
     static int GetEllBoundary(const RECT& rc, const ATransform& t, ELLBOUND& bound);
     static int GetEllBoundary(const RECTD& rc, const ATransform& t, ELLBOUND& bound);
+    ///@}
 
     /// Integer bounding box of the conic. Unlike GetEllBoundary, left and top are rounded
     /// without the 1e-10 epsilon (v + 0.5 or v - 0.5 by sign, truncated); both roundings are
     /// kept as they are. Same failures as GetEllBoundary; the border is untouched then.
     static int GetEllipseBorder(const ELLPARAM& param, RECT& border);
+    ///@{
     /// Device-space border of the ellipse inscribed in rc as t carries it (inverse as above).
     static int GetEllipseBorder(const RECT& rc, const ATransform& t, RECT& border);
     static int GetEllipseBorder(const RECTD& rc, const ATransform& t, RECT& border);
+    ///@}
     /// Bounding box of the ellipse inscribed in rc and turned by angle about the integer
     /// centre, with a deliberate two-pixel margin on every side. A square, or an angle near
     /// 0 or pi, gives rc unchanged. A rectangle narrower or lower than one pixel (not a
@@ -140,15 +151,22 @@ public:
     /// The same with an integer centre; out is the rounded point, written even on failure
     /// (then (0, 0)).
     static int EllipsePoint(const ELLPARAM& param, const POINT* center, double angle, POINT& out);
+    ///@{
+    /// The same with bound.ptCenter as the centre (from GetEllBoundary); the integer form
+    /// writes the rounded point even on failure (then (0, 0)).
     static int EllipsePoint(const ELLPARAM& param, const ELLBOUND& bound, double angle,
                             POINTD& out);
     static int EllipsePoint(const ELLPARAM& param, const ELLBOUND& bound, double angle, POINT& out);
+    ///@}
+    ///@{
     /// The ray is cast in the rectangle's own space (centre and angle there), then the point
     /// is carried forward by t. On failure out is untouched.
     static int EllipsePoint(const RECTD& rc, const ATransform& t, const POINTD* center,
                             double angle, POINTD& out);
     static int EllipsePoint(const RECT& rc, const ATransform& t, const POINTD* center, double angle,
                             POINTD& out);
+    ///@}
+    ///@{
     /// Integer form, rounding twice on purpose: the point in the rectangle's space is
     /// rounded (half away) and written to out even on failure; on success that integer point
     /// is carried by t and rounded again.
@@ -156,6 +174,7 @@ public:
                             POINT& out);
     static int EllipsePoint(const RECT& rc, const ATransform& t, const POINT* center, double angle,
                             POINT& out);
+    ///@}
 
     // ======================================================================================
     // Rectangles
@@ -184,6 +203,7 @@ public:
     /// angles near 0 and pi, give the axis-aligned midpoint outline (see the protected
     /// MidPointEllipse(const CRect&, ...)); other angles are traced as the transformed form.
     static void MidPointEllipse(const RECT& rc, double angle, CArray<POINT>& pts);
+    ///@{
     /// Outline of the ellipse inscribed in rc as t carries it into device space, traced
     /// octant by octant from its top pixel (the routines EllSep0..EllSep7), counter-clockwise
     /// on the screen: top, left, bottom, right. Pixels are chosen by their centres, as the
@@ -196,6 +216,8 @@ public:
     /// shown through ZelDialogMsg and the outline is left empty.
     static void MidPointEllipse(const RECT& rc, const ATransform& t, CArray<POINT>& pts);
     static void MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POINT>& pts);
+    ///@}
+    ///@{
     /// The part of that outline from the point at angle a1 to the point at angle a2 (angles
     /// in the rectangle's own space, located with EllipsePoint), sweeping in the direction of
     /// increasing angle there; a1 == a2 (after normalisation) gives the whole outline starting
@@ -204,6 +226,7 @@ public:
                             CArray<POINT>& pts);
     static void MidPointArc(const RECTD& rc, const ATransform& t, double a1, double a2,
                             CArray<POINT>& pts);
+    ///@}
     /// Outline of the quadrilateral pts[0]-pts[1]-pts[2]-pts[3] (closed; each corner once).
     static void MidPointParalgram(const POINT pts[4], CArray<POINT>& out);
     /// Outline of rc turned by angle (corners from RotateRect).
@@ -243,6 +266,7 @@ public:
     /// The array form into the record, then rcBound made inclusive (right and bottom - 1)
     /// and counts set to 1 per row.
     static int EllipseRasterLine(const RECT& rc, double angle, RSRLINE& line);
+    ///@{
     /// Spans of the ellipse inscribed in rc as t carries it into device space (the pixel rule
     /// of MidPointEllipseLine). No spans, an empty border and floor(rc.top) (saturated) for
     /// an empty rectangle, a singular or non-finite t, or a too large shape. The RECTD array form
@@ -254,6 +278,7 @@ public:
                                  RECT* border);
     static int EllipseRasterLine(const RECTD& rc, const ATransform& t, CArray<POINT>& spans,
                                  RECT* border);
+    ///@}
 
     /// Spans of rc turned by angle about its centre. Near 0 or pi: one run (left, right - 1)
     /// per row from top to bottom - 1, border = rc. Near pi/2 or 3pi/2: the exchanged
@@ -265,8 +290,11 @@ public:
     /// wide trace). The identity gives rc's own rows and columns.
     static int RectRasterLine(const RECT& rc, const ATransform& t, CArray<POINT>& spans,
                               RECT* border);
+    ///@{
+    /// The array forms into the record, as EllipseRasterLine(const RECT&, double, RSRLINE&) does.
     static int RectRasterLine(const RECT& rc, double angle, RSRLINE& line);
     static int RectRasterLine(const RECT& rc, const ATransform& t, RSRLINE& line);
+    ///@}
 
     /// Bounding box of rc turned by angle. Empty rc (width or height not positive) or an
     /// angle near 0 or pi: rc. Near pi/2 or 3pi/2: the exchanged rectangle about the integer
@@ -281,17 +309,23 @@ public:
 protected:
     // Helpers of the routines above, reachable from derived classes (and tests).
 
+    ///@{
     /// Topmost point of the conic, rounded by PrecisePoint. 0 on a degenerate conic.
     static int GetTopPoint(const ELLPARAM& param, POINT& out);
     static int GetTopPoint(double a, double b, double c, double d, double e, double f, POINT& out);
+    ///@}
+    ///@{
     /// On the centred form p*x^2 + q*y^2 + r*x*y = s: the extreme point in y on the side of
     /// positive y (GetTopPoint) or in x on the side of positive x (GetRightPoint). A
     /// vanishing denominator sounds the platform beep (nothing on this system) and gives 0.
     static int GetTopPoint(double p, double q, double r, double s, POINT& out);
     static int GetRightPoint(double p, double q, double r, double s, POINT& out);
+    ///@}
+    ///@{
     /// Octant code 0..7 of the outward gradient at pt (which tracer EllSepN continues there).
     static int EllPointSite(const ELLPARAM& param, const POINT& pt);
     static int EllPointSite(const ELLPARAM& param, const POINTD& pt);
+    ///@}
     /// The class's own rounding: each coordinate rounded to 8 decimals through text, then
     /// floor, plus one when the unrounded fraction is at least 0.499999999999. Values
     /// beyond the 32-bit range saturate; NaN gives 0.
@@ -313,6 +347,7 @@ protected:
     /// and odd: the centre uses C division, as the spans do). Empty for an empty rc.
     static void MidPointEllipse(const CRect& rc, CArray<POINT>& pts);
 
+    ///@{
     /// One octant of a conic outline by the midpoint method (see ellsep.cpp): from (x, y),
     /// storing pixels at pts[count], count advanced. 1 when the octant ended (gradient left
     /// it, or `stop` passed), 0 when more than maxSteps pixels were stored: they are then
@@ -334,6 +369,8 @@ protected:
                        POINT* stop, CArray<POINT>& pts);
     static int EllSep7(const ELLPARAM& p, int& x, int& y, int& count, const int& maxSteps,
                        POINT* stop, CArray<POINT>& pts);
+    ///@}
+    /// Signature of the octant tracers EllSep0..EllSep7.
     using EllSepFn = int (*)(const ELLPARAM&, int&, int&, int&, const int&, POINT*, CArray<POINT>&);
     /// The eight tracers in the order EllSep0..EllSep7, indexed by EllPointSite's code.
     static const EllSepFn m_EllSep[8];

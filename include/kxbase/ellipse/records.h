@@ -1,7 +1,8 @@
-// The records of the shape rasteriser: the implicit conic of an ellipse (ELLPARAM), its
-// bounds (ELLBOUND) and a packed set of scan-line runs (RSRLINE).
-//
-// Thread-safety: plain value types; distinct objects may be used from any thread.
+/// \file
+/// The records of the shape rasteriser: the implicit conic of an ellipse (ELLPARAM), its
+/// bounds (ELLBOUND) and a packed set of scan-line runs (RSRLINE).
+///
+/// Thread-safety: plain value types; distinct objects may be used from any thread.
 #pragma once
 
 #include <kxbase/export.h>
@@ -21,11 +22,16 @@ struct KXBASE_API ELLPARAM {
     double e = 0.0;  ///< coefficient of y
     double f = 0.0;  ///< constant term
 
+    /// All six coefficients 0 (not an ellipse).
     ELLPARAM() = default;
+    /// The coefficients as given, in the order a, b, c, d, e, f.
     ELLPARAM(double pa, double pb, double pc, double pd, double pe, double pf)
         : a(pa), b(pb), c(pc), d(pd), e(pe), f(pf) {}
+    ///@{
+    /// Plain copies.
     ELLPARAM(const ELLPARAM&) = default;
     ELLPARAM& operator=(const ELLPARAM&) = default;
+    ///@}
 
     /// Value of the conic at (x, y): negative inside, zero on the curve, positive outside.
     double Value(double x, double y) const {
@@ -42,10 +48,14 @@ struct KXBASE_API ELLBOUND {
     /// Integer bounding box (right and bottom exclusive), see CEllipse::GetEllBoundary.
     RECT rcBorder{0, 0, 0, 0};
 
+    /// All points (0, 0), an empty border.
     ELLBOUND() = default;
+    ///@{
+    /// Plain copies and moves.
     ELLBOUND(const ELLBOUND&) = default;
     ELLBOUND& operator=(const ELLBOUND&) = default;
     ELLBOUND& operator=(ELLBOUND&&) = default;
+    ///@}
 };
 
 /// Scan-line runs of a filled shape packed into one record.

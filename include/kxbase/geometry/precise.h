@@ -1,12 +1,14 @@
-// CPrecise: doubles to integers with a chosen rounding bias.
-//
-// Thread-safety: static, pure functions; safe from any thread.
+/// \file
+/// CPrecise: doubles to integers with a chosen rounding bias.
+///
+/// Thread-safety: static, pure functions; safe from any thread.
 #pragma once
 
 #include <kxbase/export.h>
 #include <kxbase/geometry/pointd.h>
 #include <kxbase/platform/types.h>
 
+/// The library's double-to-integer rounding with an explicit bias, as static functions.
 class KXBASE_API CPrecise {
 public:
     /// Rounds value to an integer with the bias `precision`, applied away from zero:
@@ -18,6 +20,7 @@ public:
     /// A result beyond the int32 range saturates to INT32_MIN / INT32_MAX; NaN gives 0.
     static int PreciseInt(double value, double precision);
 
+    ///@{
     /// PreciseInt applied to x and to y.
     static void PrecisePoint(double x, double y, int& ix, int& iy, double precision) {
         ix = PreciseInt(x, precision);
@@ -28,4 +31,5 @@ public:
         out.x = PreciseInt(pt.x, precision);
         out.y = PreciseInt(pt.y, precision);
     }
+    ///@}
 };

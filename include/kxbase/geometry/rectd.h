@@ -1,24 +1,26 @@
-// RECTD: a rectangle of four doubles.
-//
-// The fields lie in the order left, top, right, bottom, so (left, top) is the top-left
-// POINTD and (right, bottom) the bottom-right one. Nothing keeps left <= right or
-// top <= bottom: a rectangle is ordered only after NormalizeRect or NormalizeBorder.
-// Conversions to RECT round each edge by the rules of <kxbase/geometry/pointd.h> and saturate
-// to the int32 range (NaN becomes 0).
-//
-// Thread-safety: plain value type; distinct objects may be used from any thread.
+/// \file
+/// RECTD: a rectangle of four doubles.
+///
+/// The fields lie in the order left, top, right, bottom, so (left, top) is the top-left
+/// POINTD and (right, bottom) the bottom-right one. Nothing keeps left <= right or
+/// top <= bottom: a rectangle is ordered only after NormalizeRect or NormalizeBorder.
+/// Conversions to RECT round each edge by the rules of <kxbase/geometry/pointd.h> and saturate
+/// to the int32 range (NaN becomes 0).
+///
+/// Thread-safety: plain value type; distinct objects may be used from any thread.
 #pragma once
 
 #include <kxbase/export.h>
 #include <kxbase/geometry/pointd.h>
 #include <kxbase/platform/types.h>
 
+/// A rectangle of four doubles; see the file description for ordering and rounding.
 class KXBASE_API RECTD {
 public:
-    double left = 0.0;
-    double top = 0.0;
-    double right = 0.0;
-    double bottom = 0.0;
+    double left = 0.0;  ///< left (near x) edge
+    double top = 0.0;  ///< top (near y) edge
+    double right = 0.0;  ///< right (far x) edge
+    double bottom = 0.0;  ///< bottom (far y) edge
 
     /// All four edges 0.0.
     RECTD() = default;
@@ -29,10 +31,13 @@ public:
         : left(rc.left), top(rc.top), right(rc.right), bottom(rc.bottom) {}  // NOLINT
     /// The bounding box of count points (see GetBorderRect).
     RECTD(const POINTD* points, LONG count) { GetBorderRect(points, count); }
+    ///@{
+    /// Plain copies and moves.
     RECTD(const RECTD&) = default;
     RECTD(RECTD&&) = default;
     RECTD& operator=(const RECTD&) = default;
     RECTD& operator=(RECTD&&) = default;
+    ///@}
 
     /// Stored as given, no ordering.
     void SetRect(double l, double t, double r, double b) {
@@ -47,20 +52,30 @@ public:
     /// Each edge by half-away rounding (saturating).
     RECT GRECT() const;
 
+    ///@{
     /// 1 only when all four edges are exactly equal (no tolerance, unlike POINTD); the integer
     /// rectangle is converted to double first.
     int operator==(const RECTD& other) const;
     int operator==(const RECT& other) const;
+    ///@}
+    ///@{
+    /// Exact negation of the matching operator==.
     int operator!=(const RECTD& other) const { return !(*this == other); }
     int operator!=(const RECT& other) const { return !(*this == other); }
+    ///@}
 
+    ///@{
     /// right - left and bottom - top; negative for an unordered rectangle.
     double Width() const { return right - left; }
     double Height() const { return bottom - top; }
+    ///@}
     /// ((right + left) * 0.5, (bottom + top) * 0.5).
     POINTD CenterPoint() const { return POINTD((right + left) * 0.5, (bottom + top) * 0.5); }
+    ///@{
+    /// The (left, top) and (right, bottom) corners.
     POINTD TopLeft() const { return POINTD(left, top); }
     POINTD BottomRight() const { return POINTD(right, bottom); }
+    ///@}
 
     /// Per axis, swaps the near and far edge when the near one is greater. Nothing else.
     void NormalizeRect();

@@ -1,13 +1,14 @@
-// TransMatrix: the plane affine matrix of six doubles, and XFORM, its single-precision record.
-//
-// Points are row vectors multiplied on the left: (x, y) maps to
-//     x' = x*eM11 + y*eM21 + eDx,    y' = x*eM12 + y*eM22 + eDy.
-// As a 3x3 row-major matrix the layout is (eM11, eM12, 0), (eM21, eM22, 0), (eDx, eDy, 1);
-// the product A*B therefore means "apply A, then B".
-//
-// "Strictly within t" below means -t < difference < t, both bounds strict.
-//
-// Thread-safety: value type; const members may be called concurrently on one object.
+/// \file
+/// TransMatrix: the plane affine matrix of six doubles, and XFORM, its single-precision record.
+///
+/// Points are row vectors multiplied on the left: (x, y) maps to
+///     x' = x*eM11 + y*eM21 + eDx,    y' = x*eM12 + y*eM22 + eDy.
+/// As a 3x3 row-major matrix the layout is (eM11, eM12, 0), (eM21, eM22, 0), (eDx, eDy, 1);
+/// the product A*B therefore means "apply A, then B".
+///
+/// "Strictly within t" below means -t < difference < t, both bounds strict.
+///
+/// Thread-safety: value type; const members may be called concurrently on one object.
 #pragma once
 
 #include <kxbase/export.h>
@@ -17,16 +18,17 @@
 /// The platform's single-precision transform record, same field order as TransMatrix (on
 /// Windows the system's own, from <windows.h>).
 struct XFORM {
-    float eM11;
-    float eM12;
-    float eM21;
-    float eM22;
-    float eDx;
-    float eDy;
+    float eM11;  ///< x-to-x factor
+    float eM12;  ///< x-to-y factor
+    float eM21;  ///< y-to-x factor
+    float eM22;  ///< y-to-y factor
+    float eDx;  ///< x offset
+    float eDy;  ///< y offset
 };
 #endif
 static_assert(sizeof(XFORM) == 6 * sizeof(float));
 
+/// The six values of a plane affine map (see the file description for the formula).
 class KXBASE_API TransMatrix {
 public:
     double eM11 = 1.0;  ///< x-to-x factor
@@ -45,8 +47,11 @@ public:
     /// The six values as given.
     TransMatrix(double m11, double m12, double m21, double m22, double dx, double dy)
         : eM11(m11), eM12(m12), eM21(m21), eM22(m22), eDx(dx), eDy(dy) {}
+    ///@{
+    /// Plain copies.
     TransMatrix(const TransMatrix&) = default;
     TransMatrix& operator=(const TransMatrix&) = default;
+    ///@}
 
     /// Sets the identity.
     void LoadIdentity() { *this = TransMatrix(); }

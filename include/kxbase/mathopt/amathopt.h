@@ -1,27 +1,28 @@
-// AMathOpt: the numeric toolkit.
-//
-// A class of static operations used by the rasteriser, the print-geometry code, the file
-// code and the settings screens:
-//   - resampling maps between pixel grids (nearest-neighbour runs) and packed fractions;
-//   - raster fraction print geometry: alternating step patterns for fractional pitches, and
-//     frequency / speed / resolution conversions;
-//   - byte searches, a row-rectangle copy, a patterned fill and a stable merge sort;
-//   - a serialised probe of whether memory is writable;
-//   - text forms of IPv4 and hardware addresses and of typed number lists and string lists.
-//
-// Conventions. Every operation is static, keeps no state and is re-entrant, except that
-// MathOpt_IsBadWritePtr serialises its callers through one module-wide lock. Callers own
-// every buffer; nothing is allocated for the caller. Nothing throws. "Unsigned 32-bit
-// arithmetic" below means arithmetic modulo 2^32, exactly as written: products that exceed
-// 32 bits wrap and hosts rely on the wrapped values.
-//
-// Packed fraction: an unsigned 64-bit word, numerator in the high 32 bits, denominator in
-// the low 32 bits.
-//
-// Rounding to 8 decimals: the floating results of the print geometry go through
-// ZelFloatPrecision(value, 8, 1) (<kxbase/base/number_format.h>), i.e. they are the
-// nearest double to their 8-decimal text. A value that the 8-decimal text cannot carry
-// (not finite, or of magnitude 2^31 or more) is returned unrounded instead.
+/// \file
+/// AMathOpt: the numeric toolkit.
+///
+/// A class of static operations used by the rasteriser, the print-geometry code, the file
+/// code and the settings screens:
+///   - resampling maps between pixel grids (nearest-neighbour runs) and packed fractions;
+///   - raster fraction print geometry: alternating step patterns for fractional pitches, and
+///     frequency / speed / resolution conversions;
+///   - byte searches, a row-rectangle copy, a patterned fill and a stable merge sort;
+///   - a serialised probe of whether memory is writable;
+///   - text forms of IPv4 and hardware addresses and of typed number lists and string lists.
+///
+/// Conventions. Every operation is static, keeps no state and is re-entrant, except that
+/// MathOpt_IsBadWritePtr serialises its callers through one module-wide lock. Callers own
+/// every buffer; nothing is allocated for the caller. Nothing throws. "Unsigned 32-bit
+/// arithmetic" below means arithmetic modulo 2^32, exactly as written: products that exceed
+/// 32 bits wrap and hosts rely on the wrapped values.
+///
+/// Packed fraction: an unsigned 64-bit word, numerator in the high 32 bits, denominator in
+/// the low 32 bits.
+///
+/// Rounding to 8 decimals: the floating results of the print geometry go through
+/// ZelFloatPrecision(value, 8, 1) (<kxbase/base/number_format.h>), i.e. they are the
+/// nearest double to their 8-decimal text. A value that the 8-decimal text cannot carry
+/// (not finite, or of magnitude 2^31 or more) is returned unrounded instead.
 #pragma once
 
 #include <mutex>
@@ -32,6 +33,7 @@
 #include <kxbase/platform/cstring.h>
 #include <kxbase/platform/types.h>
 
+/// The numeric toolkit as static functions; see the file description for the conventions.
 class KXBASE_API AMathOpt {
 public:
     /// Not-found result of the byte searches.

@@ -1,15 +1,18 @@
-// RASTER_FRACTION_PRINTINFO: the step pattern that gives a raster printer a fractional
-// pixel pitch.
-//
-// A print engine moves in whole control steps. To print at a resolution whose pixel pitch
-// is not a whole number of steps, the pattern alternates two whole step sizes: a lead run
-// of `leadCount` pixels at `stepFirst` steps each, then periods of `secondCount` pixels at
-// `stepSecond` followed by `firstCount` pixels at `stepFirst`, repeating. When both step
-// sizes are equal the pattern is a plain integer pitch and the three counts hold the
-// placeholder 10000.
-//
-// AMathOpt builds (raster_fraction_printinfo), measures (raster_fraction_correct_resolution)
-// and applies (raster_width_from_image) such patterns; see <kxbase/mathopt/amathopt.h>.
+/// \file
+/// RASTER_FRACTION_PRINTINFO: the step pattern that gives a raster printer a fractional
+/// pixel pitch.
+///
+/// A print engine moves in whole control steps. To print at a resolution whose pixel pitch
+/// is not a whole number of steps, the pattern alternates two whole step sizes: a lead run
+/// of `leadCount` pixels at `stepFirst` steps each, then periods of `secondCount` pixels at
+/// `stepSecond` followed by `firstCount` pixels at `stepFirst`, repeating. When both step
+/// sizes are equal the pattern is a plain integer pitch and the three counts hold the
+/// placeholder 10000.
+///
+/// AMathOpt builds (raster_fraction_printinfo), measures (raster_fraction_correct_resolution)
+/// and applies (raster_width_from_image) such patterns; see <kxbase/mathopt/amathopt.h>.
+///
+/// Thread-safety: a plain record; distinct objects are independent.
 #pragma once
 
 #include <kxbase/export.h>

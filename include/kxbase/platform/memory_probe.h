@@ -1,11 +1,13 @@
-// Memory-access probe: is a range of this process's address space writable?
-//
-// The probe asks the system which mappings of the process permit writing (on Linux it reads
-// the mapping table, /proc/self/maps) and checks that they cover the whole range, so it never
-// touches the range itself: it cannot fault and never writes. The answer describes the moment of the call;
-// another thread may map or unmap memory right after it.
-//
-// Thread-safety: re-entrant (no shared state).
+/// \file
+/// Memory-access probe: is a range of this process's address space writable?
+///
+/// The probe asks the system which mappings of the process permit writing (on Linux it reads
+/// the mapping table, /proc/self/maps) and checks that they cover the whole range, so it never
+/// touches the range itself: it cannot fault and never writes. The answer describes the moment of
+/// the call;
+/// another thread may map or unmap memory right after it.
+///
+/// Thread-safety: re-entrant (no shared state).
 #pragma once
 
 #include <kxbase/export.h>

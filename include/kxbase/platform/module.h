@@ -1,6 +1,7 @@
-// Module handles: which loaded image a handle names, and that image's file.
-//
-// Thread-safety: every function is re-entrant.
+/// \file
+/// Module handles: which loaded image a handle names, and that image's file.
+///
+/// Thread-safety: every function is re-entrant.
 #pragma once
 
 #include <kxbase/export.h>

@@ -1,19 +1,21 @@
-// CBufferManager: one reusable, zero-filled work buffer lent to one borrower at a time.
-//
-// A caller asks LockBuffer for a length. If the kept buffer is free and long enough it gets
-// that buffer; otherwise, if it allows it, a fresh zeroed temporary buffer. Both kinds go back
-// through UnlockBuffer, which tells them apart. States: empty (no kept buffer), free (kept,
-// not lent), lent. InitBuffer moves between empty and free and is refused while lent.
-//
-// Out of memory is never passed on: InitBuffer returns 0 and LockBuffer returns null.
-//
-// Thread-safety: none. A manager is used by one thread at a time (or guarded by its user).
-// Not copyable: a copy would share the kept buffer.
+/// \file
+/// CBufferManager: one reusable, zero-filled work buffer lent to one borrower at a time.
+///
+/// A caller asks LockBuffer for a length. If the kept buffer is free and long enough it gets
+/// that buffer; otherwise, if it allows it, a fresh zeroed temporary buffer. Both kinds go back
+/// through UnlockBuffer, which tells them apart. States: empty (no kept buffer), free (kept,
+/// not lent), lent. InitBuffer moves between empty and free and is refused while lent.
+///
+/// Out of memory is never passed on: InitBuffer returns 0 and LockBuffer returns null.
+///
+/// Thread-safety: none. A manager is used by one thread at a time (or guarded by its user).
+/// Not copyable: a copy would share the kept buffer.
 #pragma once
 
 #include <kxbase/export.h>
 #include <kxbase/platform/types.h>
 
+/// The lender of one reusable work buffer; see the file description for its states.
 class KXBASE_API CBufferManager {
 public:
     /// Empty: no kept buffer, length 0, not lent.

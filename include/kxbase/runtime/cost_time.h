@@ -1,13 +1,14 @@
-// CCostTime: bookkeeping of how long a repeated piece of work takes.
-//
-// Bracket each run with Time_Init(tag) and Time_Exit(). The object keeps the total, the
-// shortest and the longest run with the tags that were current then, the last run and the
-// number of runs. Durations are kept in raw clock units: counter counts (nanoseconds here,
-// CLOCK_MONOTONIC) when the class-wide counter frequency is nonzero, milliseconds of the
-// monotonic tick count otherwise. The getters convert to milliseconds.
-//
-// Thread-safety: an object belongs to one thread. The class-wide frequency is written once at
-// library start-up (PerformanceCounter_Init) and only read afterwards.
+/// \file
+/// CCostTime: bookkeeping of how long a repeated piece of work takes.
+///
+/// Bracket each run with Time_Init(tag) and Time_Exit(). The object keeps the total, the
+/// shortest and the longest run with the tags that were current then, the last run and the
+/// number of runs. Durations are kept in raw clock units: counter counts (nanoseconds here,
+/// CLOCK_MONOTONIC) when the class-wide counter frequency is nonzero, milliseconds of the
+/// monotonic tick count otherwise. The getters convert to milliseconds.
+///
+/// Thread-safety: an object belongs to one thread. The class-wide frequency is written once at
+/// library start-up (PerformanceCounter_Init) and only read afterwards.
 #pragma once
 
 #include <kxbase/export.h>
@@ -17,10 +18,12 @@ namespace kxbase::detail {
 struct CostTimeAccess;
 }
 
+/// Run-time statistics of one repeated piece of work: total, shortest, longest and last run.
 class KXBASE_API CCostTime {
 public:
     /// Every member 0.
     CCostTime() = default;
+    /// Forgets every run: every member 0 again, as after construction.
     void Init();
 
     /// Starts a run and makes `tag` the current tag. If the counter cannot be read the start

@@ -1,11 +1,16 @@
-// ADocObj: file and folder utilities. This core carries the parts the runtime needs: the
-// cache-folder text and the one folder-creating helper of the product folder tree.
+/// \file
+/// ADocObj: file and folder utilities. This core carries the parts the runtime needs: the
+/// cache-folder text and the one folder-creating helper of the product folder tree.
+///
+/// Thread-safety: CreateDirectoryA may be called from any thread; m_strCacheDirectory is set by
+/// the host at start-up and only read afterwards.
 #pragma once
 
 #include <kxbase/export.h>
 #include <kxbase/platform/cstring.h>
 #include <kxbase/platform/types.h>
 
+/// File and folder helpers, as static members.
 class KXBASE_API ADocObj {
 public:
     /// Folder for cached files, chosen by the host; empty at load.

@@ -1,9 +1,13 @@
-// AEnvObj: the screen and system environment measured at start-up, kept in g_EnvObj; and
-// g_strAppVersion, the host's version text.
-//
-// The core library has no display connection. Screen numbers come from a screen provider the
-// UI library (or a host) installs with KxSetScreenProvider; without one every screen number
-// is 0, resolutions included. The system information record is always filled.
+/// \file
+/// AEnvObj: the screen and system environment measured at start-up, kept in g_EnvObj; and
+/// g_strAppVersion, the host's version text.
+///
+/// The core library has no display connection. Screen numbers come from a screen provider the
+/// UI library (or a host) installs with KxSetScreenProvider; without one every screen number
+/// is 0, resolutions included. The system information record is always filled.
+///
+/// Thread-safety: start-up (and the UI library, on the application's thread) fills g_EnvObj;
+/// afterwards it is only read. KxSetScreenProvider may be called from any thread.
 #pragma once
 
 #include <kxbase/export.h>
@@ -17,29 +21,29 @@
 /// highest addresses a process may map; a mask with one bit per online processor (at most
 /// 64); the online processor count; the allocation granularity, which is the page size.
 struct SYSTEM_INFO {
-    WORD wProcessorArchitecture;
-    WORD wReserved;
-    DWORD dwPageSize;
-    void* lpMinimumApplicationAddress;
-    void* lpMaximumApplicationAddress;
-    UINT64 dwActiveProcessorMask;
-    DWORD dwNumberOfProcessors;
-    DWORD dwProcessorType;
-    DWORD dwAllocationGranularity;
-    WORD wProcessorLevel;
-    WORD wProcessorRevision;
+    WORD wProcessorArchitecture;  ///< 9 (x86-64), 12 (ARM64) or 0xFFFF (other)
+    WORD wReserved;  ///< 0
+    DWORD dwPageSize;  ///< bytes per memory page
+    void* lpMinimumApplicationAddress;  ///< lowest address a process may map
+    void* lpMaximumApplicationAddress;  ///< highest address a process may map
+    UINT64 dwActiveProcessorMask;  ///< the low dwNumberOfProcessors bits set (all 64 from 64 on)
+    DWORD dwNumberOfProcessors;  ///< online processors
+    DWORD dwProcessorType;  ///< 8664 on x86-64, else 0
+    DWORD dwAllocationGranularity;  ///< granularity of mapping offsets: the page size
+    WORD wProcessorLevel;  ///< 0: not reported here
+    WORD wProcessorRevision;  ///< 0: not reported here
 };
 #endif
 
 /// What a screen provider reports about the primary screen.
 struct KxScreenMetrics {
-    int bitsPixel;   // colour bits per pixel
-    int horzRes;     // width in pixels
-    int vertRes;     // height in pixels
-    int logPixelsX;  // logical pixels per inch, horizontally
-    int logPixelsY;  // logical pixels per inch, vertically
-    int horzSize;    // physical width in millimetres
-    int vertSize;    // physical height in millimetres
+    int bitsPixel;   ///< colour bits per pixel
+    int horzRes;     ///< width in pixels
+    int vertRes;     ///< height in pixels
+    int logPixelsX;  ///< logical pixels per inch, horizontally
+    int logPixelsY;  ///< logical pixels per inch, vertically
+    int horzSize;    ///< physical width in millimetres
+    int vertSize;    ///< physical height in millimetres
 };
 
 /// Fills *out and returns true when there is a screen; false when there is none.
@@ -51,6 +55,7 @@ using KxScreenProvider = bool (*)(KxScreenMetrics* out);
 /// at the next AEnvObj::Init; call AEnvObj::Init on g_EnvObj again after installing one.
 KXBASE_API KxScreenProvider KxSetScreenProvider(KxScreenProvider provider);
 
+/// The screen and system numbers of this process; the library keeps one, g_EnvObj.
 class KXBASE_API AEnvObj {
 public:
     /// Every number 0, the system record zeroed.
@@ -67,16 +72,16 @@ public:
     /// screen every number is 0.
     int Init(int reserved);
 
-    int m_nBitsPixel;
-    int m_nHorzRes;
-    int m_nVertRes;
-    int m_nLogPixelsX;
-    int m_nLogPixelsY;
-    int m_nHorzSize;
-    int m_nVertSize;
-    SYSTEM_INFO m_SystemInfo;
-    double m_dScreenDpiX;
-    double m_dScreenDpiY;
+    int m_nBitsPixel;  ///< colour bits per pixel of the primary screen
+    int m_nHorzRes;  ///< screen width in pixels
+    int m_nVertRes;  ///< screen height in pixels
+    int m_nLogPixelsX;  ///< logical pixels per inch, horizontally
+    int m_nLogPixelsY;  ///< logical pixels per inch, vertically
+    int m_nHorzSize;  ///< physical screen width in millimetres
+    int m_nVertSize;  ///< physical screen height in millimetres
+    SYSTEM_INFO m_SystemInfo;  ///< the system information record
+    double m_dScreenDpiX;  ///< measured horizontal resolution in DPI (see Init)
+    double m_dScreenDpiY;  ///< measured vertical resolution in DPI (see Init)
 };
 
 /// The environment measured at start-up.

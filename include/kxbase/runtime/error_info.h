@@ -1,23 +1,24 @@
-// CErrorInfo: the text of the last failure a library operation wants the host to see.
-//
-// The library keeps one instance for everybody, g_Error. An operation that fails records a
-// sentence there and returns 0; the host reads the text afterwards. Reading never clears it:
-// only a new SetLastError... call or ClearError does.
-//
-// Invariant after every writer: IsError() is 0 exactly when the text is empty.
-//
-// Thread-safety
-//   Writers serialise on the object's own recursive lock (a writer may re-enter from the same
-//   thread). Readers do not take that lock and never wait for a writer's work: each writer
-//   builds an immutable (flag, text) record first and then swaps it in under a tiny
-//   publication guard, which a reader holds only while it copies one reference-counted
-//   pointer. GetLastError racing writers therefore returns either the old or the new record,
-//   always a whole one: never a torn text, never a flag from another write. IsError is a
-//   single atomic load.
-//
-// Copying
-//   Copies take the source's current record and get a lock of their own; the lock itself is
-//   never copied. Assignment replaces the target's record under the target's lock.
+/// \file
+/// CErrorInfo: the text of the last failure a library operation wants the host to see.
+///
+/// The library keeps one instance for everybody, g_Error. An operation that fails records a
+/// sentence there and returns 0; the host reads the text afterwards. Reading never clears it:
+/// only a new SetLastError... call or ClearError does.
+///
+/// Invariant after every writer: IsError() is 0 exactly when the text is empty.
+///
+/// Thread-safety
+///   Writers serialise on the object's own recursive lock (a writer may re-enter from the same
+///   thread). Readers do not take that lock and never wait for a writer's work: each writer
+///   builds an immutable (flag, text) record first and then swaps it in under a tiny
+///   publication guard, which a reader holds only while it copies one reference-counted
+///   pointer. GetLastError racing writers therefore returns either the old or the new record,
+///   always a whole one: never a torn text, never a flag from another write. IsError is a
+///   single atomic load.
+///
+/// Copying
+///   Copies take the source's current record and get a lock of their own; the lock itself is
+///   never copied. Assignment replaces the target's record under the target's lock.
 #pragma once
 
 #include <atomic>
@@ -30,10 +31,12 @@
 #include <kxbase/platform/cstring.h>
 #include <kxbase/platform/types.h>
 
+/// The last failure text of library operations, readable from any thread while others write it.
 class KXBASE_API CErrorInfo {
 public:
     /// Clear: flag 0, empty text.
     CErrorInfo() noexcept;
+    /// Destroys the record; no writer or reader may still use the object.
     ~CErrorInfo();
     /// Copies the source's current flag and text; the copy has its own lock.
     CErrorInfo(const CErrorInfo& other) noexcept;

@@ -1,56 +1,59 @@
-// Shared memory channel: a named area through which two processes exchange bulk data.
-//
-// One process (the server, CShareMemoryServer) creates the area with a name and a data size;
-// another (the client, CShareMemoryClient) opens it by name. Both then read and write byte
-// ranges of the data part by offset. Each side maps only the header and one sliding window
-// of the area at a time, so areas of many gigabytes work with little address space.
-//
-// Area layout (little-endian, shared between processes):
-//   offset 0   4 bytes  signature "XPLM"
-//   offset 4   4 bytes  header size H (unsigned): where the data part begins
-//   offset 8   8 bytes  total size T = H + data size (unsigned)
-//   offset 16  H - 16   unused, zero
-//   offset H   T - H    the data part; data offset 0 is area offset H
-// H is the smallest multiple of the allocation granularity (the page size here) that is at
-// least 65,536, so H = 65,536 on every usual system.
-//
-// Names
-//   Any area name works, including names with slashes or backslashes, empty names and names
-//   of any length; names are case-sensitive. A leading session prefix "Local" + backslash is
-//   dropped (on Windows it names the same area as the bare name); "Global" + backslash is
-//   kept, so such names stay distinct. The area lives in the POSIX shared memory object
-//   "/kxbase-" + name, where every byte other than [A-Za-z0-9._-] is written as "%XX"
-//   (upper-case hex). When that would exceed the system's name limit, the object is
-//   "/kxbase~" + the first 64 escaped bytes + "~" + the SHA-256 of the name in hex. Distinct
-//   area names therefore give distinct objects.
-//
-// Lifetime of the name
-//   The area is sparse: a page costs memory only once a transfer touches it. The server's DeleteMap (and
-//   destructor) removes the name, unless another server of the same name is still open:
-//   clients that are attached keep working on their mappings, but nobody can open the name
-//   any more. A server that dies without DeleteMap leaves its object behind; a client that
-//   opens such a stale area (valid header, no server attached) is refused with
-//   "Could not open share memory handle.\n\t" and the system message of ENOENT, exactly as if
-//   the name did not exist. A server that creates a name whose object is already there (a
-//   stale one, or another live server's) takes it as it is, grows it to the new total size
-//   when it is smaller (never shrinks it), and overwrites its header; the data part keeps its
-//   old bytes. A server counts as attached while its process, or a child it forked that
-//   still holds the descriptor, is alive. Creating fails with ENOSPC when the shared memory file system cannot hold the
-//   area (a write into a page that cannot be allocated would otherwise fault).
-//
-// Results and errors
-//   Every operation returns nonzero for success and 0 for failure; a failure stores one of
-//   these texts in the object's own error text (never in g_Error):
-//     "Invalid parameter!", "Out of memory!", "Invalid share memory handle!",
-//     "Invalid share memory area (create by other process)!",
-//     "Could not create share memory handle.\n\t%s", "Could not open share memory handle.\n\t%s",
-//     "Could not lock buffer.\n\t%s"
-//   where %s is CErrorInfo::TransSystemErrorCodeToString of the errno value. Nothing throws.
-//
-// Thread-safety
-//   None: one object must not be used from two threads at once (a transfer moves the shared
-//   window). The area carries no lock: the processes agree by other means on who writes
-//   which range when.
+/// \file
+/// Shared memory channel: a named area through which two processes exchange bulk data.
+///
+/// One process (the server, CShareMemoryServer) creates the area with a name and a data size;
+/// another (the client, CShareMemoryClient) opens it by name. Both then read and write byte
+/// ranges of the data part by offset. Each side maps only the header and one sliding window
+/// of the area at a time, so areas of many gigabytes work with little address space.
+///
+/// Area layout (little-endian, shared between processes):
+///   offset 0   4 bytes  signature "XPLM"
+///   offset 4   4 bytes  header size H (unsigned): where the data part begins
+///   offset 8   8 bytes  total size T = H + data size (unsigned)
+///   offset 16  H - 16   unused, zero
+///   offset H   T - H    the data part; data offset 0 is area offset H
+/// H is the smallest multiple of the allocation granularity (the page size here) that is at
+/// least 65,536, so H = 65,536 on every usual system.
+///
+/// Names
+///   Any area name works, including names with slashes or backslashes, empty names and names
+///   of any length; names are case-sensitive. A leading session prefix "Local" + backslash is
+///   dropped (on Windows it names the same area as the bare name); "Global" + backslash is
+///   kept, so such names stay distinct. The area lives in the POSIX shared memory object
+///   "/kxbase-" + name, where every byte other than [A-Za-z0-9._-] is written as "%XX"
+///   (upper-case hex). When that would exceed the system's name limit, the object is
+///   "/kxbase~" + the first 64 escaped bytes + "~" + the SHA-256 of the name in hex. Distinct
+///   area names therefore give distinct objects.
+///
+/// Lifetime of the name
+///   The area is sparse: a page costs memory only once a transfer touches it. The server's
+///   DeleteMap (and
+///   destructor) removes the name, unless another server of the same name is still open:
+///   clients that are attached keep working on their mappings, but nobody can open the name
+///   any more. A server that dies without DeleteMap leaves its object behind; a client that
+///   opens such a stale area (valid header, no server attached) is refused with
+///   "Could not open share memory handle.\n\t" and the system message of ENOENT, exactly as if
+///   the name did not exist. A server that creates a name whose object is already there (a
+///   stale one, or another live server's) takes it as it is, grows it to the new total size
+///   when it is smaller (never shrinks it), and overwrites its header; the data part keeps its
+///   old bytes. A server counts as attached while its process, or a child it forked that
+///   still holds the descriptor, is alive. Creating fails with ENOSPC when the shared memory file
+///   system cannot hold the
+///   area (a write into a page that cannot be allocated would otherwise fault).
+///
+/// Results and errors
+///   Every operation returns nonzero for success and 0 for failure; a failure stores one of
+///   these texts in the object's own error text (never in g_Error):
+///     "Invalid parameter!", "Out of memory!", "Invalid share memory handle!",
+///     "Invalid share memory area (create by other process)!",
+///     "Could not create share memory handle.\n\t%s", "Could not open share memory handle.\n\t%s",
+///     "Could not lock buffer.\n\t%s"
+///   where %s is CErrorInfo::TransSystemErrorCodeToString of the errno value. Nothing throws.
+///
+/// Thread-safety
+///   None: one object must not be used from two threads at once (a transfer moves the shared
+///   window). The area carries no lock: the processes agree by other means on who writes
+///   which range when.
 #pragma once
 
 #include <cstddef>
@@ -63,6 +66,7 @@
 /// object handle, widened to pointer size); -1 means none. Opaque to hosts.
 using KxShmHandle = INT_PTR;
 
+/// What server and client share: the open area, its header, the sliding window and the transfers.
 class KXBASE_API CShareMemoryBase {
 public:
     /// Window size used when CreateMap or OpenMap is given 0: 20 MB.
@@ -133,25 +137,26 @@ protected:
     /// Sets the error text to `fixed`, or to `fixed` formatted with the system message of
     /// `code` when the text ends in "%s".
     void SetError(const char* fixed);
+    /// Sets the error text to format, with the system message of errno value code in place of
+    /// its "%s".
     void SetSystemError(const char* format, int code);
 
     // Members in the order hosts know them.
-    BYTE* m_pHeaderView = nullptr;  // mapped header (H bytes), null when closed
-    KxShmHandle m_hMap = -1;        // the open object, -1 when closed
-    char* m_pszName = nullptr;      // own heap copy of the area name
-    UINT64 m_nTotalSize = 0;        // T
-    DWORD m_nHeaderSize = 0;        // H
-    BYTE* m_pView = nullptr;        // current window, null when none
-    UINT64 m_nViewStart = 0;        // area offset of the window (multiple of the granularity)
-    DWORD m_nViewLength = 0;        // bytes in the window
-    DWORD m_nGranularity = 0;       // allocation granularity (page size)
-    DWORD m_nWindowSize = 0;        // bytes to map when the window moves
-    CString m_strError;             // last error text
+    BYTE* m_pHeaderView = nullptr;  ///< mapped header (H bytes), null when closed
+    KxShmHandle m_hMap = -1;        ///< the open object, -1 when closed
+    char* m_pszName = nullptr;      ///< own heap copy of the area name
+    UINT64 m_nTotalSize = 0;        ///< T
+    DWORD m_nHeaderSize = 0;        ///< H
+    BYTE* m_pView = nullptr;        ///< current window, null when none
+    UINT64 m_nViewStart = 0;        ///< area offset of the window (multiple of the granularity)
+    DWORD m_nViewLength = 0;        ///< bytes in the window
+    DWORD m_nGranularity = 0;       ///< allocation granularity (page size)
+    DWORD m_nWindowSize = 0;        ///< bytes to map when the window moves
+    CString m_strError;             ///< last error text
 
-    // Bookkeeping this platform needs besides: the header view's length (unmapping needs
-    // it) and whether this object created the area (a server removes the name on close).
-    std::size_t m_nHeaderViewLength = 0;
-    bool m_bCreator = false;
+    // Bookkeeping this platform needs besides.
+    std::size_t m_nHeaderViewLength = 0;  ///< length of the header view (unmapping needs it)
+    bool m_bCreator = false;  ///< this object created the area (its close removes the name)
 };
 
 /// The creating side. Adds CreateMap.

@@ -1,38 +1,44 @@
-// SEPARATE: curve separation. Static operations that turn curves given by control points into
-// point lists for outlining and filling; no instances, no state, every operation re-entrant.
-//
-// B-spline to Bezier
-// ------------------
-// A uniform cubic B-spline control polygon P0..Pn-1 becomes n - 1 cubic Bezier spans. Two
-// phantom points close the ends so the curve is clamped to P0 and Pn-1:
-//     Q = 2*P0 - P1 (before P0)        R = 2*Pn-1 - Pn-2 (after Pn-1)
-// and the spans are the n - 1 windows of four consecutive points of Q, P0, ..., Pn-1, R. Each
-// window (A, B, C, D) yields four Bezier points, per coordinate, with the weights
-//     a = 0.1666666666667   b = 0.666666666667   c = 0.333333333333
-// (these rounded decimal literals, not exact sixths and thirds: stored data and the hosts that
-// compare against it depend on the exact values):
-//     first  = a*A + b*B + a*C + 0*D
-//     second = 0*A + b*B + c*C + 0*D
-//     third  = 0*A + c*B + b*C + 0*D
-//     fourth = 0*A + a*B + b*C + a*D
-// The zero terms are part of the product (it is the full 4x4 weight matrix), so a non-finite
-// coordinate anywhere in a window makes that coordinate of all four points of the span
-// non-finite (NaN, or an infinity where the point's own weight meets it); other spans keep
-// their values.
+/// \file
+/// SEPARATE: curve separation. Static operations that turn curves given by control points into
+/// point lists for outlining and filling; no instances, no state, every operation re-entrant.
+///
+/// B-spline to Bezier
+/// ------------------
+/// A uniform cubic B-spline control polygon P0..Pn-1 becomes n - 1 cubic Bezier spans. Two
+/// phantom points close the ends so the curve is clamped to P0 and Pn-1:
+///     Q = 2*P0 - P1 (before P0)        R = 2*Pn-1 - Pn-2 (after Pn-1)
+/// and the spans are the n - 1 windows of four consecutive points of Q, P0, ..., Pn-1, R. Each
+/// window (A, B, C, D) yields four Bezier points, per coordinate, with the weights
+///     a = 0.1666666666667   b = 0.666666666667   c = 0.333333333333
+/// (these rounded decimal literals, not exact sixths and thirds: stored data and the hosts that
+/// compare against it depend on the exact values):
+///     first  = a*A + b*B + a*C + 0*D
+///     second = 0*A + b*B + c*C + 0*D
+///     third  = 0*A + c*B + b*C + 0*D
+///     fourth = 0*A + a*B + b*C + a*D
+/// The zero terms are part of the product (it is the full 4x4 weight matrix), so a non-finite
+/// coordinate anywhere in a window makes that coordinate of all four points of the span
+/// non-finite (NaN, or an infinity where the point's own weight meets it); other spans keep
+/// their values.
+///
+/// Thread-safety: every operation is static and re-entrant; callers own all buffers.
 #pragma once
 
 #include <kxbase/export.h>
 #include <kxbase/geometry/pointd.h>
 #include <kxbase/platform/types.h>
 
+/// Curve conversion as static functions; the class has no instances.
 class KXBASE_API SEPARATE {
 public:
+    /// No instances: every operation is static.
     SEPARATE() = delete;
 
     /// Largest control-point count the converters accept: beyond it 4 * (n - 1) output points
     /// would not fit the int count. Larger counts fail (result 0), nothing written.
     static constexpr int kMaxControlPoints = 536870912;  // (INT_MAX / 4) + 1
 
+    ///@{
     /// Converts between a uniform cubic B-spline and cubic Bezier spans (see the file comment).
     ///
     /// mode != 0 (B-spline to Bezier): `in` holds n >= 4 control points; `out` receives the
@@ -56,6 +62,7 @@ public:
     /// Double form: the sums are stored unrounded.
     static int BSplineToBezier(const POINT* in, int n, POINT* out, int& outCount, int mode);
     static int BSplineToBezier(const POINTD* in, int n, POINTD* out, int& outCount, int mode);
+    ///@}
 
 protected:
     /// Span layout in place, for the flattening operations that walk a spline span by span.

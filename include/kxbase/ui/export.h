@@ -1,4 +1,5 @@
-// Export control of the user-interface library: hidden by default, KXBASE_UI_API marks the API.
+/// \file
+/// Export control of the user-interface library: hidden by default, KXBASE_UI_API marks the API.
 #pragma once
 
 #if defined(_WIN32)
@@ -8,5 +9,7 @@
 #define KXBASE_UI_API __declspec(dllimport)
 #endif
 #else
+/// Marks a function or class as part of the user-interface library's API (exported; imported by
+/// its users on Windows); everything else stays hidden.
 #define KXBASE_UI_API __attribute__((visibility("default")))
 #endif

@@ -1,18 +1,19 @@
-// kxBaseCommon's user-interface library (Qt 6 Widgets): start-up and the windows it knows.
-//
-// Loading the library runs KxUiInit once, and registers a start-up routine with Qt that runs
-// it again when the host creates its QApplication (or at once, when one already exists).
-// KxUiInit
-//   - installs the core's dialog hook (ZelDialogMsg shows a QMessageBox),
-//   - installs the core's status hook (ZelStatusMsg writes to the main window's status bar),
-//   - installs the core's screen provider and measures g_EnvObj again from the primary
-//     QScreen (size in pixels and millimetres, logical DPI, colour depth).
-// A host that links the static library, or that wants the hooks before its QApplication
-// exists, calls KxUiInit itself; calling it again is harmless.
-//
-// Without a QApplication (or from a thread other than the application's) every helper acts
-// as the core does without a window: ZelDialogMsg returns 0, ZelStatusMsg does nothing, the
-// screen numbers stay 0, AMsgSend returns 0. Nothing crashes.
+/// \file
+/// kxBaseCommon's user-interface library (Qt 6 Widgets): start-up and the windows it knows.
+///
+/// Loading the library runs KxUiInit once, and registers a start-up routine with Qt that runs
+/// it again when the host creates its QApplication (or at once, when one already exists).
+/// KxUiInit
+///   - installs the core's dialog hook (ZelDialogMsg shows a QMessageBox),
+///   - installs the core's status hook (ZelStatusMsg writes to the main window's status bar),
+///   - installs the core's screen provider and measures g_EnvObj again from the primary
+///     QScreen (size in pixels and millimetres, logical DPI, colour depth).
+/// A host that links the static library, or that wants the hooks before its QApplication
+/// exists, calls KxUiInit itself; calling it again is harmless.
+///
+/// Without a QApplication (or from a thread other than the application's) every helper acts
+/// as the core does without a window: ZelDialogMsg returns 0, ZelStatusMsg does nothing, the
+/// screen numbers stay 0, AMsgSend returns 0. Nothing crashes.
 #pragma once
 
 #include <kxbase/ui/export.h>
@@ -42,5 +43,6 @@ public:
     /// Registers the splash window (null: none). The registration ends by itself when the
     /// widget is destroyed. ZelDialogMsg hides it before the box and shows it after.
     static void SetSplashHandle(QWidget* splash);
+    /// The registered splash window, or null.
     static QWidget* GetSplashHandle();
 };

@@ -1,11 +1,13 @@
-// CUnitTrans: one length together with the resolution needed to express it in pixels.
-//
-// Thread-safety: plain value type; distinct objects may be used from any thread.
+/// \file
+/// CUnitTrans: one length together with the resolution needed to express it in pixels.
+///
+/// Thread-safety: plain value type; distinct objects may be used from any thread.
 #pragma once
 
 #include <kxbase/export.h>
 #include <kxbase/units/units.h>
 
+/// A length in millimetres with its resolution in dots per millimetre, read back in any unit.
 class KXBASE_API CUnitTrans {
 public:
     double m_dLength = 0.0;      ///< the length in millimetres (may be negative)
@@ -13,8 +15,11 @@ public:
 
     /// Both fields 0.0.
     CUnitTrans() = default;
+    ///@{
+    /// Plain copies.
     CUnitTrans(const CUnitTrans&) = default;
     CUnitTrans& operator=(const CUnitTrans&) = default;
+    ///@}
 
     /// length = ToMM(|value|, res, resUnit, unit), negated back when value < 0; resolution =
     /// ToDPMM(res, resUnit) when res >= 0, else 0.0. Returns IsValid().

@@ -1,14 +1,15 @@
-// Resolution and size units: conversions, comparisons, validation and display names.
-//
-// Every floating conversion result is rounded to 8 decimals through text, as
-// ZelFloatPrecision(value, 8, 1) does (<kxbase/base/number_format.h>): 1/25.4 dots per
-// millimetre comes back as 0.03937008, not 0.0393700787.... This rounding is part of the
-// contract; hosts compare these values with stored ones. Integer results round half away
-// from zero with the 1e-10 epsilon and saturate to the int32 range (NaN gives 0); see
-// <kxbase/geometry/pointd.h>.
-//
-// An unknown unit value (anything outside the enumerations) converts to 0.0 unless stated.
-// Thread-safety: all functions are pure and safe from any thread.
+/// \file
+/// Resolution and size units: conversions, comparisons, validation and display names.
+///
+/// Every floating conversion result is rounded to 8 decimals through text, as
+/// ZelFloatPrecision(value, 8, 1) does (<kxbase/base/number_format.h>): 1/25.4 dots per
+/// millimetre comes back as 0.03937008, not 0.0393700787.... This rounding is part of the
+/// contract; hosts compare these values with stored ones. Integer results round half away
+/// from zero with the 1e-10 epsilon and saturate to the int32 range (NaN gives 0); see
+/// <kxbase/geometry/pointd.h>.
+///
+/// An unknown unit value (anything outside the enumerations) converts to 0.0 unless stated.
+/// Thread-safety: all functions are pure and safe from any thread.
 #pragma once
 
 #include <cstdint>
@@ -40,9 +41,11 @@ enum ASizeUnit : std::int32_t {
 inline constexpr double KX_ONE_DPI_IN_DPMM = 0.03937007859349251;
 /// 20000 DPI in dots per millimetre (single-precision value).
 inline constexpr double KX_MAX_DPI_IN_DPMM = 787.4015502929688;
+///@{
 /// The valid resolution range in DPI.
 inline constexpr double KX_MIN_DPI = 1.0;
 inline constexpr double KX_MAX_DPI = 20000.0;
+///@}
 
 // ---- display names (string table ids 14-19 for sizes, 22-26 for resolutions) ----------------
 
@@ -54,8 +57,11 @@ KXBASE_API int SizeUnitString(char* buf, int size, ASizeUnit unit);
 /// The same into a string through a 50-byte buffer; when the unit is unknown or nothing was
 /// loaded, text is emptied and 0 returned.
 KXBASE_API int SizeUnitString(CString& text, ASizeUnit unit);
+///@{
+/// The same two forms for a resolution unit's name.
 KXBASE_API int ResUnitString(char* buf, int size, AResUnit unit);
 KXBASE_API int ResUnitString(CString& text, AResUnit unit);
+///@}
 
 // ---- resolution conversions -----------------------------------------------------------------
 

@@ -1,4 +1,5 @@
-// This header moved to <kxbase/base/bitmap.h>; the old path keeps working.
+/// \file
+/// This header moved to <kxbase/base/bitmap.h>; the old path keeps working.
 #pragma once
 
 #include <kxbase/base/bitmap.h>

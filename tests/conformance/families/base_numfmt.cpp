@@ -1,9 +1,12 @@
-// Golden vectors of the numfmt family: the Zel number helpers and the zoom-ratio steps.
+// Golden vectors of the numfmt family: the Zel number helpers, the zoom-ratio steps and the
+// 64-bit text parser.
 #if __has_include(<kxbase/base/number_format.h>)
 #include <kxbase/base/number_format.h>
 #else
 #include <kxbase/widgets/number_format.h>
 #endif
+
+#include <kxbase/base/int64_parse.h>
 
 #include "conformance.h"
 
@@ -39,6 +42,22 @@ const conf::Register reg{
     {"ZelZoomNormalRatio", call(ZelZoomNormalRatio, ratio)},
     {"ZelZoomInRatio", call(ZelZoomInRatio, ratio)},
     {"ZelZoomOutRatio", call(ZelZoomOutRatio, ratio)},
+    // A null "text" passes a null pointer. "ok" is reported only when the parser wrote it: the
+    // call runs twice, with the flag starting false and true.
+    {"ZelTextToInt64",
+     [](const conf::json& a) {
+         const conf::json& t = a.at("text");
+         const char* text = t.is_null() ? nullptr : t.get_ref<const std::string&>().c_str();
+         const int hex = conf::i32(a.at("hex"));
+         bool ok[2] = {false, true};
+         INT64 v = 0;
+         {
+             conf::LibraryCall lib;
+             v = ZelTextToInt64(text, hex, &ok[0]);
+             ZelTextToInt64(text, hex, &ok[1]);
+         }
+         return conf::json{{"value", v}, {"ok", ok[0] == ok[1] ? conf::json(ok[0]) : conf::json()}};
+     }},
 };
 
 }  // namespace
