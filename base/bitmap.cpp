@@ -13,7 +13,16 @@ struct KxBitmapImage {
 
 namespace {
 constexpr UINT64 kMaxBufferBytes = 0x7FFFFFFFu;
+
+// On Windows HBITMAP is the system's handle type; the library's handles still point at its
+// own image.
+KxBitmapImage* image_of(HBITMAP h) {
+    return reinterpret_cast<KxBitmapImage*>(h);
 }
+HBITMAP handle_of(KxBitmapImage* image) {
+    return reinterpret_cast<HBITMAP>(image);
+}
+}  // namespace
 
 HBITMAP KxCreateBitmap(int width, int height) {
     if (width < 1 || height < 1 || ABitmap::RgbBitsSize(width, height) > kMaxBufferBytes)
@@ -27,17 +36,18 @@ HBITMAP KxCreateBitmap(int width, int height) {
             delete image;
             return nullptr;
         }
-        return image;
+        return handle_of(image);
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
 }
 
-void KxDeleteBitmap(HBITMAP bitmap) {
-    delete bitmap;
+void KxDeleteBitmap(HBITMAP handle) {
+    delete image_of(handle);
 }
 
-int KxGetBitmap(HBITMAP bitmap, BITMAP* out) {
+int KxGetBitmap(HBITMAP handle, BITMAP* out) {
+    KxBitmapImage* bitmap = image_of(handle);
     if (bitmap == nullptr || out == nullptr) return 0;
     out->bmType = 0;
     out->bmWidth = bitmap->width;
@@ -103,7 +113,7 @@ BITMAPINFOHEADER ABitmap::RgbBitsHeader(int width, int height) {
 }
 
 int ABitmap::GetRgbBits(BYTE* bits) const {
-    const KxBitmapImage* img = m_hObject;
+    const KxBitmapImage* img = image_of(m_hObject);
     if (img == nullptr) return 1;
     if (bits == nullptr) return 0;
     const std::size_t stride = RgbBitsStride(img->width);
@@ -122,7 +132,7 @@ int ABitmap::GetRgbBits(BYTE* bits) const {
 }
 
 int ABitmap::SetRgbBits(const BYTE* bits) {
-    KxBitmapImage* img = m_hObject;
+    KxBitmapImage* img = image_of(m_hObject);
     if (img == nullptr) return 1;
     if (bits == nullptr) {
         std::memset(img->pixels.data(), 0xFF, img->pixels.size());

@@ -12,12 +12,22 @@ foreach(t kxbase kxbase_static)
     target_include_directories(${t} PUBLIC
         $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-    target_link_libraries(${t} PUBLIC Threads::Threads ${CMAKE_DL_LIBS} rt)
+    if(WIN32)
+        # Winsock for the start-up, GDI for the screen record.
+        target_link_libraries(${t} PUBLIC Threads::Threads ws2_32 gdi32)
+    else()
+        target_link_libraries(${t} PUBLIC Threads::Threads ${CMAKE_DL_LIBS} rt)
+    endif()
     set_target_properties(${t} PROPERTIES OUTPUT_NAME kxBaseCommon)
 endforeach()
 set_target_properties(kxbase PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME kxbase)
 set_target_properties(kxbase_static PROPERTIES EXPORT_NAME kxbase_static)
+if(WIN32)
+    # The DLL's entry point, which only the shared library may have.
+    target_sources(kxbase PRIVATE ${PROJECT_SOURCE_DIR}/platform/win32/dll/dll_main.cpp)
+    set_target_properties(kxbase PROPERTIES PREFIX "")  # kxBaseCommon.dll, as hosts load it
+endif()
 add_library(kxBaseCommon::kxbase ALIAS kxbase)
 add_library(kxBaseCommon::kxbase_static ALIAS kxbase_static)
 

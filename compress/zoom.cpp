@@ -82,8 +82,11 @@ int ACompress::ResampleLine(const BYTE* src, int depth, int srcCount, BYTE* dst,
         } catch (const std::bad_alloc&) {
             return 0;
         }
+        // ULONG and UINT are both 32 bits but distinct types on Windows: compute into UINT.
+        std::vector<UINT> starts(own.size());
         kxbase::detail::ResampleLineMap(static_cast<UINT>(dstCount), static_cast<UINT>(srcCount),
-                                        own.data());
+                                        starts.data());
+        std::copy(starts.begin(), starts.end(), own.begin());
         map = own.data();
     }
     size_t ps;

@@ -7,6 +7,7 @@
 #include <kxbase/geometry/precise.h>
 
 #include "ellipse/ellipse_p.h"
+#include "platform/sys.h"
 
 using namespace kxbase::detail::ell;
 
@@ -364,7 +365,7 @@ int CEllipse::EllipsePoint(const ELLPARAM& p, const POINTD* center, double angle
     } else {
         const double disc = B * B - 4.0 * A * C;
         if (!(disc >= 0.0)) return 0;
-        const double s = std::cos(angle) >= 0.0 ? 1.0 : -1.0;
+        const double s = kxbase::sys::Cos(angle) >= 0.0 ? 1.0 : -1.0;
         x = (s * std::sqrt(disc) - B) / A * 0.5;
     }
     out = POINTD(x, (x - cx) * t + cy);

@@ -6,6 +6,7 @@
 #include <kxbase/base/number_format.h>
 
 #include "ellipse/ellipse_p.h"
+#include "platform/sys.h"
 
 namespace kxbase::detail::ell {
 
@@ -74,7 +75,7 @@ int CEllipse::GetEllipseParam(const RECT& rc, double angle, double& p, double& q
     if (w < 1 || h < 1) return 0;
     const double wd = static_cast<double>(w), hd = static_cast<double>(h);
     const double H = hd * hd * 0.25, W = wd * wd * 0.25;
-    const double co = std::cos(angle), si = std::sin(angle);
+    const double co = kxbase::sys::Cos(angle), si = kxbase::sys::Sin(angle);
     p = co * co * H + si * si * W;
     q = si * si * H + co * co * W;
     r = (hd * hd - wd * wd) * 0.25 * (2.0 * co * si);
@@ -127,7 +128,7 @@ int CEllipse::RotateRect(const RECT& rc, double angle, POINT pts[4]) {
         pts[3] = pt(cx + hh + oddH, cy - hw);
         return 0;
     }
-    const double co = std::cos(angle), si = std::sin(angle);
+    const double co = kxbase::sys::Cos(angle), si = kxbase::sys::Sin(angle);
     auto turn = [&](double X, double Y, double& tx, double& ty) {
         tx = std::trunc(X * co - Y * si);
         ty = std::trunc(Y * co + X * si);

@@ -8,6 +8,7 @@
 #include <kxbase/ellipse/ellipse.h>
 
 #include "ellipse/ellipse_p.h"
+#include "platform/sys.h"
 
 using namespace kxbase::detail::ell;
 
@@ -281,7 +282,7 @@ int CEllipse::RectRasterLine(const RECT& rc, double angle, CArray<POINT>& spans,
         const double cx = (static_cast<double>(l) + static_cast<double>(r)) * 0.5;
         const double cy = (static_cast<double>(t) + static_cast<double>(b)) * 0.5;
         const double hw = static_cast<double>(r - l) * 0.5, hh = static_cast<double>(b - t) * 0.5;
-        const double co = std::cos(angle), si = std::sin(angle);
+        const double co = kxbase::sys::Cos(angle), si = kxbase::sys::Sin(angle);
         const double rel[4][2] = {{-hw, -hh}, {-hw, hh}, {hw, hh}, {hw, -hh}};
         POINTD pts[4];
         for (int i = 0; i < 4; ++i)

@@ -6,6 +6,7 @@
 
 #include "base/saturate_p.h"
 #include "geometry/point_map_p.h"
+#include "platform/sys.h"
 
 #if KXBASE_X86_DISPATCH
 #include <immintrin.h>
@@ -227,8 +228,8 @@ void ATransform::Scaling(double sx, double sy, double cx, double cy) {
 }
 
 void ATransform::Rotate(double angle, double cx, double cy) {
-    const double s = std::sin(angle);
-    const double c = std::cos(angle);
+    const double s = kxbase::sys::Sin(angle);
+    const double c = kxbase::sys::Cos(angle);
     MultMatrix(TransMatrix(c, s, -s, c, (1.0 - c) * cx + s * cy, (1.0 - c) * cy - s * cx));
 }
 

@@ -45,6 +45,8 @@ bool SystemErrorText(DWORD code, std::string& text);
 bool MakeFolder(const char* path);
 /// True when the process may create files in the folder `path`.
 bool IsWritableFolder(const char* path);
+/// The characters that end a folder name in a path: "/" here, "\\/" on Windows.
+const char* FolderSeparators();
 /// Bytes a full path may take, without the terminator.
 DWORD MaxPathBytes();
 
@@ -55,6 +57,14 @@ DWORD PageSize();
 /// Processors online now (at least 1).
 DWORD OnlineProcessors();
 
+// ---- screen -------------------------------------------------------------------------------
+
+/// The primary screen's device capabilities, in this order: colour bits per pixel, width and
+/// height in pixels, logical pixels per inch across and down, width and height in millimetres.
+/// False (values untouched) when the system has no screen to ask (always, on POSIX: there the
+/// host installs a provider).
+bool ScreenDeviceCaps(int values[7]);
+
 // ---- text and environment -----------------------------------------------------------------
 
 /// The decimal parse of the C runtime's atof, in the "C" locale whatever locale the host set.
@@ -63,6 +73,14 @@ double ParseDoubleC(const char* text);
 /// The value of an environment variable, or null when it is not set or when the process
 /// runs with rights its caller does not have (a caller then must not choose paths for it).
 const char* TrustedEnvironment(const char* name);
+
+// ---- mathematics ---------------------------------------------------------------------------
+
+/// Sine and cosine of the system's C library, accurate to the last place for every argument,
+/// so that results agree across systems. (MinGW's own functions reduce the argument with the
+/// x87 unit's 66-bit pi and are off by thousands of units near multiples of pi.)
+double Sin(double x);
+double Cos(double x);
 
 // ---- threads ------------------------------------------------------------------------------
 

@@ -36,6 +36,11 @@ public:
     /// touched (returns false): nothing can stop running code safely from outside.
     bool Abandon();
 
+    /// Forces a released thread that is still running to end, where the system can (Windows:
+    /// TerminateThread; its stack is not unwound), and returns once it has; false where it
+    /// cannot (POSIX) or the thread was never released. Join or Detach must still follow.
+    bool Kill();
+
     /// Waits for the thread to end and releases it.
     void Join();
     /// Lets the thread end on its own; its resources go when it does.

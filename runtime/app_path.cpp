@@ -19,7 +19,7 @@ int CAppPath::Init(HINSTANCE hModule) {
     std::string folder;
     if (n > 0) {
         folder.assign(name.data(), n < size ? n : size - 1);
-        const std::size_t slash = folder.rfind('/');
+        const std::size_t slash = folder.find_last_of(kxbase::sys::FolderSeparators());
         if (slash == std::string::npos)
             folder += '/';
         else
@@ -30,7 +30,8 @@ int CAppPath::Init(HINSTANCE hModule) {
 
 int CAppPath::InitFromFolder(const char* folder) {
     std::string app = folder ? folder : "";
-    if (!app.empty() && app.back() != '/') app += '/';
+    if (!app.empty() && std::strchr(kxbase::sys::FolderSeparators(), app.back()) == nullptr)
+        app += '/';
     // Parents are filled before their children.
     m_strAppPath = app;
     m_strFmtPath = app + "FMT/";

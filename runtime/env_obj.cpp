@@ -67,7 +67,15 @@ AEnvObj::AEnvObj()
 int AEnvObj::Init(int /*reserved*/) {
     KxScreenMetrics m{};
     const KxScreenProvider provider = g_provider.load();
-    const bool screen = provider != nullptr && provider(&m);
+    bool screen;
+    if (provider != nullptr) {
+        screen = provider(&m);
+    } else {
+        // Without a provider the system's own screen, where it has one (Windows).
+        int caps[7] = {};
+        screen = kxbase::sys::ScreenDeviceCaps(caps);
+        m = {caps[0], caps[1], caps[2], caps[3], caps[4], caps[5], caps[6]};
+    }
     if (!screen) m = KxScreenMetrics{};
     m_nBitsPixel = m.bitsPixel;
     m_nHorzRes = m.horzRes;

@@ -18,7 +18,7 @@ namespace {
 
 std::string hex_suffix(const char* prefix, DWORD code, const char* suffix) {
     char buf[64];
-    std::snprintf(buf, sizeof buf, "%s0x%" PRIX32 "%s", prefix, code, suffix);
+    std::snprintf(buf, sizeof buf, "%s0x%" PRIX32 "%s", prefix, static_cast<std::uint32_t>(code), suffix);
     return buf;
 }
 

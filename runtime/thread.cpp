@@ -132,10 +132,16 @@ bool kxBaseThread::Terminate(DWORD timeout) {
         } else {
             // Never resumed: it leaves at once without running the body, so wait for it.
             // Running: it is let go, to end when its body returns (see the header).
-            if (m_hThread->Abandon())
+            // Windows: a running body is ended by force after the time-out; the flag is
+            // set here, as the killed thread runs none of its own exit steps.
+            if (m_hThread->Abandon()) {
                 m_hThread->Join();
-            else
+            } else if (m_hThread->Kill()) {
+                m_pTerminated->store(true, std::memory_order_relaxed);
+                m_hThread->Join();
+            } else {
                 m_hThread->Detach();
+            }
         }
         m_hThread.reset();
         m_dwThreadId = 0;

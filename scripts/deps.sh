@@ -11,6 +11,7 @@ packages=(
     libssl-dev libsodium-dev
     doxygen dpkg-dev file lintian groff-base
     qt6-base-dev xvfb xauth fonts-wqy-microhei
+    g++-mingw-w64-x86-64-posix wine64 googletest
 )
 missing=()
 for p in "${packages[@]}"; do

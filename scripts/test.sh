@@ -2,7 +2,8 @@
 # Builds and runs every test:
 #   0. system headers only in the platform backend; the two smallest layer subsets on their own
 #   1. unit tests and the golden-vector runner under AddressSanitizer + UndefinedBehaviorSanitizer
-#   2. the concurrency tests (label "tsan") under ThreadSanitizer
+#   2. the concurrency tests (label "tsan") under ThreadSanitizer, then the Windows cross build
+#      with its unit tests, vectors and tool under Wine (scripts/test-windows.sh)
 #   3. every libFuzzer target for a short fixed time (clang, ASan + UBSan)
 #   4. a release build of the tool and the benchmarks, so they keep compiling, and the API
 #      reference, which must be free of Doxygen warnings (any warning is printed and fails;
@@ -37,6 +38,9 @@ echo "== concurrency tests (TSan)"
 cmake -S . -B build/tsan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DKXBASE_SANITIZE=thread -DKXBASE_BUILD_TOOLS=OFF >/dev/null
 cmake --build build/tsan -j "$jobs" --target kxbase_tsan_tests
 TSAN_OPTIONS=halt_on_error=1 ctest --test-dir build/tsan -j "$jobs" --output-on-failure -L tsan --no-tests=ignore
+
+echo "== Windows: MinGW-w64 cross build, tests under Wine"
+bash scripts/test-windows.sh build/mingw
 
 echo "== fuzz targets (${fuzz_seconds}s each)"
 CC=clang-14 CXX=clang++-14 cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=Debug \

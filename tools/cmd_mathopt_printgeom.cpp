@@ -10,6 +10,11 @@
 
 namespace {
 
+// ULONG and DWORD are unsigned long on Windows and 32-bit everywhere: print them as unsigned.
+unsigned u(ULONG v) {
+    return static_cast<unsigned>(v);
+}
+
 struct Options {
     double resolution = 0;
     double step = 0;
@@ -62,24 +67,26 @@ int Run(const Options& o) {
     std::printf("control step          %.8g mm (at most %.8g dpi)\n", o.step,
                 AMathOpt::raster_control_resolution_max(o.step));
     std::printf("requested resolution  %.8g dpi, start position %u, rounding %s\n", o.resolution,
-                o.position, o.roundUp ? "up" : "down");
+                u(o.position), o.roundUp ? "up" : "down");
     std::printf("steps per pixel       %.8f ideal\n", 25.4 / o.resolution / o.step);
     if (info.stepFirst == info.stepSecond) {
-        std::printf("pattern               integer pitch of %u steps per pixel\n", info.stepFirst);
+        std::printf("pattern               integer pitch of %u steps per pixel\n",
+                    u(info.stepFirst));
     } else {
         std::printf(
             "pattern               lead %u px x %u steps, then periods of %u px x %u steps"
             " + %u px x %u steps\n",
-            info.leadCount, info.stepFirst, info.secondCount, info.stepSecond, info.firstCount,
-            info.stepFirst);
+            u(info.leadCount), u(info.stepFirst), u(info.secondCount), u(info.stepSecond),
+            u(info.firstCount), u(info.stepFirst));
     }
     std::printf(
         "record                stepFirst %u, stepSecond %u, leadCount %u, secondCount %u,"
         " firstCount %u\n",
-        info.stepFirst, info.stepSecond, info.leadCount, info.secondCount, info.firstCount);
+        u(info.stepFirst), u(info.stepSecond), u(info.leadCount), u(info.secondCount),
+        u(info.firstCount));
     std::printf("printed resolution    %.8f dpi\n", real);
     const ULONG width = AMathOpt::raster_width_from_image(info, o.pixels);
-    std::printf("printed width         %u px -> %u steps = %.8f mm\n", o.pixels, width,
+    std::printf("printed width         %u px -> %u steps = %.8f mm\n", u(o.pixels), u(width),
                 width * o.step);
 
     if (!std::isnan(o.frequency)) {

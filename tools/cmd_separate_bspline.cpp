@@ -58,7 +58,8 @@ void PrintPoint(const POINTD& p) {
     std::printf("  %.12g %.12g", p.x, p.y);
 }
 void PrintPoint(const POINT& p) {
-    std::printf("  %d %d", p.x, p.y);
+    // POINT's members are long on Windows, 32-bit on every system.
+    std::printf("  %d %d", static_cast<int>(p.x), static_cast<int>(p.y));
 }
 
 template <class P>

@@ -24,8 +24,11 @@ Command::Command(std::string name, std::string help, Setup setup) {
 
 int main(int argc, char** argv) {
     // Past the file-size limit (RLIMIT_FSIZE) the kernel would end the process with SIGXFSZ
-    // and no word; ignored, the write fails with EFBIG and the command reports it.
+    // and no word; ignored, the write fails with EFBIG and the command reports it. (Windows
+    // has no such signal.)
+#ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN);
+#endif
     CLI::App app{"kxbase " KXBASE_VERSION_STRING " - tools over the kxBaseCommon library"};
     app.require_subcommand(1);
     app.set_version_flag("--version", KXBASE_VERSION_STRING);

@@ -8,7 +8,15 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#ifdef _WIN32
+#include <io.h>
+#include <process.h>
+
+#include <atomic>
+#include <filesystem>
+#else
 #include <unistd.h>
+#endif
 
 namespace kxtool {
 
@@ -16,6 +24,7 @@ namespace {
 
 // Past RLIMIT_FSIZE the kernel sends SIGXFSZ, whose default action ends the process without
 // a word; ignored, the write fails with EFBIG and is reported like any other write error.
+#ifndef _WIN32
 void IgnoreFileSizeSignal() {
     static const bool once = [] {
         std::signal(SIGXFSZ, SIG_IGN);
@@ -23,6 +32,7 @@ void IgnoreFileSizeSignal() {
     }();
     (void)once;
 }
+#endif
 
 std::string Reason(int err) {
     switch (err) {
@@ -30,18 +40,22 @@ std::string Reason(int err) {
             return "the disk is full (" + std::string(std::strerror(err)) + ")";
         case EFBIG:
             return "the file size limit was reached (" + std::string(std::strerror(err)) + ")";
+#ifdef EDQUOT
         case EDQUOT:
             return "the disk quota is used up (" + std::string(std::strerror(err)) + ")";
+#endif
         default:
             return std::strerror(err);
     }
 }
 
+#ifndef _WIN32
 std::string Folder(const std::string& path) {
     const auto slash = path.find_last_of('/');
     if (slash == std::string::npos) return ".";
     return slash == 0 ? "/" : path.substr(0, slash);
 }
+#endif
 
 }  // namespace
 
@@ -53,6 +67,80 @@ OutFile::~OutFile() {
     Discard();
 }
 
+#ifdef _WIN32
+// Windows: the temporary file is created exclusively with the C runtime, flushed to the disk
+// with _commit, and moved over the target by std::filesystem::rename, which replaces an
+// existing file (MoveFileEx with MOVEFILE_REPLACE_EXISTING).
+bool OutFile::Open(const std::string& target, std::string& error) {
+    Discard();
+    m_target = target;
+    std::error_code ec;
+    const auto status = std::filesystem::status(target, ec);
+    if (!ec && std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        m_file = std::fopen(target.c_str(), "wb");
+        if (!m_file) error = "cannot create " + target + ": " + Reason(errno);
+        return m_file != nullptr;
+    }
+    const auto slash = target.find_last_of("\\/");
+    const std::string folder = slash == std::string::npos ? "." : target.substr(0, slash + 1);
+    const std::string name = slash == std::string::npos ? target : target.substr(slash + 1);
+    static std::atomic<unsigned> serial{0};
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        std::string temp = (slash == std::string::npos ? std::string() : folder) + "." + name +
+                           "." + std::to_string(_getpid()) + "." + std::to_string(serial++);
+        const int fd =
+            _open(temp.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
+        if (fd < 0) {
+            if (errno == EEXIST) continue;
+            error = "cannot create " + target + ": " + Reason(errno);
+            return false;
+        }
+        m_file = _fdopen(fd, "wb");
+        if (!m_file) {
+            error = "cannot create " + target + ": " + Reason(errno);
+            _close(fd);
+            _unlink(temp.c_str());
+            return false;
+        }
+        m_temp = std::move(temp);
+        return true;
+    }
+    error = "cannot create " + target + ": " + Reason(EEXIST);
+    return false;
+}
+
+bool OutFile::Commit(std::string& error) {
+    if (!m_file) {
+        error = "cannot write " + m_target + ": not open";
+        return false;
+    }
+    int err = 0;
+    if (std::fflush(m_file) != 0 || std::ferror(m_file)) err = errno ? errno : EIO;
+    if (!err && !m_temp.empty() && _commit(_fileno(m_file)) != 0) err = errno;
+    if (std::fclose(m_file) != 0 && !err) err = errno;
+    m_file = nullptr;
+    if (!err && !m_temp.empty()) {
+        std::error_code ec;
+        std::filesystem::rename(m_temp, m_target, ec);
+        if (ec) err = EACCES;  // the system's code is no errno value
+    }
+    if (err) {
+        error = WriteError(m_target, err);
+        Discard();
+        return false;
+    }
+    m_temp.clear();
+    return true;
+}
+
+void OutFile::Discard() {
+    if (m_file) std::fclose(m_file);
+    m_file = nullptr;
+    if (!m_temp.empty()) _unlink(m_temp.c_str());
+    m_temp.clear();
+}
+
+#else
 bool OutFile::Open(const std::string& target, std::string& error) {
     Discard();
     IgnoreFileSizeSignal();
@@ -124,5 +212,7 @@ void OutFile::Discard() {
     if (!m_temp.empty()) unlink(m_temp.c_str());
     m_temp.clear();
 }
+
+#endif
 
 }  // namespace kxtool

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cmath>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -78,6 +79,10 @@ bool IsWritableFolder(const char* path) {
     return access(path, W_OK) == 0;
 }
 
+const char* FolderSeparators() {
+    return "/";
+}
+
 DWORD MaxPathBytes() {
     return PATH_MAX;
 }
@@ -92,6 +97,10 @@ DWORD OnlineProcessors() {
     return cpus > 0 ? static_cast<DWORD>(cpus) : 1u;
 }
 
+bool ScreenDeviceCaps(int*) {
+    return false;  // no system-wide screen; a host with a display installs a provider
+}
+
 double ParseDoubleC(const char* text) {
     static const locale_t cLocale = newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(0));
     if (cLocale == static_cast<locale_t>(0)) return std::atof(text);
@@ -101,6 +110,14 @@ double ParseDoubleC(const char* text) {
 const char* TrustedEnvironment(const char* name) {
     // secure_getenv: a set-user-id host must not let its caller choose where folders appear.
     return secure_getenv(name);
+}
+
+double Sin(double x) {
+    return std::sin(x);
+}
+
+double Cos(double x) {
+    return std::cos(x);
 }
 
 void RunSwallowingExceptions(void (*fn)(void*), void* arg) {

@@ -106,6 +106,10 @@ bool OsThread::Abandon() {
     return true;
 }
 
+bool OsThread::Kill() {
+    return false;  // cancelling a pthread that does not expect it is not safe
+}
+
 void OsThread::Join() {
     if (m_ended) return;
     pthread_join(m_block->handle, nullptr);

@@ -52,6 +52,6 @@ TEST(Messages, LoadString) {
     EXPECT_EQ(ZelLoadString(nullptr, 14).str(), kPixel);
     for (auto [module, id] : {std::pair<HINSTANCE, UINT>{KxLibraryHandle(), 0},
                               {KxLibraryHandle(), 999999},
-                              {&notModule, 14}})
+                              {reinterpret_cast<HINSTANCE>(&notModule), 14}})
         EXPECT_EQ(ZelLoadString(module, id).str(), "") << id;
 }

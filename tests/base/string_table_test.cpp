@@ -35,7 +35,7 @@ TEST(StringTable, UnknownIdsForeignHandlesAndBadBuffers) {
     EXPECT_STREQ(buf, "");
     EXPECT_EQ(KxLoadString(nullptr, 27, buf, sizeof buf), 0);
     int local = 0;
-    EXPECT_EQ(KxLoadString(&local, 22, buf, sizeof buf), 0);
+    EXPECT_EQ(KxLoadString(reinterpret_cast<HINSTANCE>(&local), 22, buf, sizeof buf), 0);
     EXPECT_EQ(KxLoadString(KxLibraryHandle(), 22, buf, sizeof buf), 3);
     EXPECT_STREQ(buf, "DPI");
     EXPECT_EQ(KxLoadString(nullptr, 22, nullptr, 10), 0);

@@ -66,7 +66,7 @@ TEST(LzwCodec, StagesAgreeAndRoundTripAtExactCapacities) {
         EXPECT_EQ(codes, Codes(back.begin(), back.begin() + std::min(back.size(), codes.size())));
 
         EXPECT_EQ(bits, Stage(ACompress::Comp_LZW, s.data, bits.size() + 1).data);
-        EXPECT_EQ(std::pair(0, 1u), Stage(ACompress::Comp_LZW, s.data, bits.size()).Status());
+        EXPECT_EQ(std::pair(0, ULONG{1}), Stage(ACompress::Comp_LZW, s.data, bits.size()).Status());
         const auto need = ACompress::LzwDecompressCapacity(n);
         EXPECT_EQ(s.data, Stage(ACompress::UnComp_LZW, bits, need).data);
         EXPECT_EQ(s.data, Stage(ACompress::UnComp_LZW, bits, need + 1).data);

@@ -33,6 +33,22 @@ TEST(AEnvObj, ResolutionFromScreenMetrics) {
     KxSetScreenProvider(saved);
 }
 
+// Without a provider: the system's screen on Windows (a device always has some colour depth
+// and size), none elsewhere.
+TEST(AEnvObj, ScreenWithoutProvider) {
+    const KxScreenProvider saved = KxSetScreenProvider(nullptr);
+    AEnvObj env;
+    EXPECT_EQ(env.Init(1), 1);
+#if defined(_WIN32)
+    EXPECT_GT(env.m_nBitsPixel, 0);
+    EXPECT_GT(env.m_nHorzRes, 0);
+#else
+    EXPECT_EQ(std::tuple(env.m_nBitsPixel, env.m_nHorzRes, env.m_dScreenDpiX),
+              std::tuple(0, 0, 0.0));
+#endif
+    KxSetScreenProvider(saved);
+}
+
 // A second Lock overwriting the saved handle, Unlock without Lock changing the module, or
 // the destructor not restoring.
 TEST(CResourceHandle, RestoresTheFirstSavedModule) {
@@ -42,12 +58,12 @@ TEST(CResourceHandle, RestoresTheFirstSavedModule) {
         CResourceHandle guard;
         guard.Unlock();
         EXPECT_EQ(KxGetResourceHandle(), original);
-        guard.Lock(&a);
-        guard.Lock(&b);
-        EXPECT_EQ(KxGetResourceHandle(), static_cast<HINSTANCE>(&b));
+        guard.Lock(reinterpret_cast<HINSTANCE>(&a));
+        guard.Lock(reinterpret_cast<HINSTANCE>(&b));
+        EXPECT_EQ(KxGetResourceHandle(), reinterpret_cast<HINSTANCE>(&b));
         guard.Unlock();
         EXPECT_EQ(KxGetResourceHandle(), original);
-        guard.Lock(&a);
+        guard.Lock(reinterpret_cast<HINSTANCE>(&a));
     }
     EXPECT_EQ(KxGetResourceHandle(), original);
 }

@@ -18,9 +18,22 @@
 TEST(CErrorInfo, WritersRecordStatedTextAndFlag) {
     const HINSTANCE self = KxLibraryHandle(), other = reinterpret_cast<HINSTANCE>(0x1234);
     const std::string selfId = std::to_string(static_cast<std::uint32_t>(std::uintptr_t(self)));
+#if defined(_WIN32)
+    // Windows codes and texts: the system's message without its closing line break.
+    const auto sys = [](int code, const char* hex) {
+        char buf[512] = "";
+        DWORD n = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                                 nullptr, static_cast<DWORD>(code), 0, buf, sizeof buf, nullptr);
+        while (n > 0 && (buf[n - 1] == '\n' || buf[n - 1] == '\r' || buf[n - 1] == ' ')) --n;
+        return std::string(buf, n) + " (" + hex + ")";
+    };
+    const auto set_last_system_error = [](int code) { ::SetLastError(static_cast<DWORD>(code)); };
+#else
     const auto sys = [](int code, const char* hex) {
         return std::string(std::strerror(code)) + " (" + hex + ")";
     };
+    const auto set_last_system_error = [](int code) { errno = code; };
+#endif
 #define W(call) [&](CErrorInfo& e) { return e.call; }
     const std::pair<std::function<int(CErrorInfo&)>, std::string> cases[] = {
         {W(SetLastError(HINSTANCE{}, 5u)), ""},
@@ -34,8 +47,8 @@ TEST(CErrorInfo, WritersRecordStatedTextAndFlag) {
         {W(SetLastErrorFromSystem(0u)), ""},
         {W(SetLastErrorFromSystem(DWORD{EACCES})), sys(EACCES, "0xD")},
         {W(SetLastErrorFromSystem(0xFFFFFFFFu)), "System Error (code:0xFFFFFFFF)"},
-        {[](CErrorInfo& e) { return errno = ENOENT, e.SetLastErrorFromSystem(); },
-         sys(ENOENT, "0x2")},  // the thread's errno
+        {[&](CErrorInfo& e) { return set_last_system_error(2), e.SetLastErrorFromSystem(); },
+         sys(2, "0x2")},  // the thread's last error (errno, or GetLastError on Windows)
     };
 #undef W
     for (const auto& [write, text] : cases) {

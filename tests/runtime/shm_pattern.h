@@ -1,8 +1,13 @@
 // Byte patterns, range plans and small helpers shared by the channel tests and their peer.
 #pragma once
 
+#if defined(_WIN32)
+#include <io.h>
+#include <process.h>
+#else
 #include <sys/statvfs.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cstdint>
@@ -21,7 +26,15 @@ inline std::string ErrorOf(CShareMemoryBase& shm) {
 
 /// An area name private to this test process.
 inline std::string Name(const std::string& what) {
+#if defined(_WIN32)
+    // Windows object names take no backslash after the namespace prefix.
+    std::string safe = what;
+    for (char& c : safe)
+        if (c == '\\') c = '-';
+    return "Local\\kxtest/" + std::to_string(_getpid()) + "/" + safe;
+#else
     return "kxtest/" + std::to_string(getpid()) + "/" + what;
+#endif
 }
 
 /// The byte writer `who` puts at data offset `offset`: depends on every bit of the offset,
@@ -35,9 +48,22 @@ inline std::uint8_t PatternByte(std::uint64_t offset, unsigned who) {
 /// Room left on the shared memory file system: larger areas are refused, so tests of
 /// multi-gigabyte areas shrink (or skip) on machines with a small /dev/shm.
 inline std::uint64_t FreeShmBytes() {
+#if defined(_WIN32)
+    return ~0ull;  // page-file-backed areas: the system commits them when they are made
+#else
     struct statvfs v {};
     if (statvfs("/dev/shm", &v) != 0) return ~0ull;
     return static_cast<std::uint64_t>(v.f_bavail) * v.f_frsize;
+#endif
+}
+
+/// One byte through a pipe descriptor (the C runtime's on Windows).
+inline bool PipeByte(int fd, char& c, bool send) {
+#if defined(_WIN32)
+    return (send ? _write(fd, &c, 1) : _read(fd, &c, 1)) == 1;
+#else
+    return (send ? ::write(fd, &c, 1) : ::read(fd, &c, 1)) == 1;
+#endif
 }
 
 /// Writes (`write`) or reads back and checks every byte of the ranges of writer `who`, in
@@ -73,8 +99,8 @@ inline std::string Side(CShareMemoryBase& shm, std::uint64_t size, unsigned who,
                         std::uint32_t chunk, int in, int out) {
     std::string error = Exchange(shm, size, who, chunk, true);
     char c = 'w';
-    if (::write(out, &c, 1) != 1 && error.empty()) error = "other side gone";
-    if ((::read(in, &c, 1) != 1 || c != 'w') && error.empty()) error = "other side failed";
+    if (!PipeByte(out, c, true) && error.empty()) error = "other side gone";
+    if ((!PipeByte(in, c, false) || c != 'w') && error.empty()) error = "other side failed";
     return error.empty() ? Exchange(shm, size, 3 - who, chunk, false) : error;
 }
 

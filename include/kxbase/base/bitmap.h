@@ -21,6 +21,10 @@
 #include <kxbase/platform/object.h>
 #include <kxbase/platform/types.h>
 
+#if defined(_WIN32)
+// Windows: HBITMAP, BITMAP and BITMAPINFOHEADER are the system's own (same fields). A handle
+// made by KxCreateBitmap is this library's image, not a GDI object.
+#else
 /// Opaque device bitmap behind an HBITMAP.
 struct KxBitmapImage;
 /// Handle of a device bitmap; null is "no bitmap".
@@ -51,6 +55,7 @@ struct BITMAPINFOHEADER {
     DWORD biClrUsed;  ///< 0: no colour table
     DWORD biClrImportant;  ///< 0
 };
+#endif
 #ifndef BI_RGB
 #define BI_RGB 0u  ///< uncompressed rows (biCompression)
 #endif

@@ -49,7 +49,9 @@ struct KxScreenMetrics {
 /// Fills *out and returns true when there is a screen; false when there is none.
 using KxScreenProvider = bool (*)(KxScreenMetrics* out);
 
-/// Installs the screen provider (null removes it) and returns the previous one. Takes effect
+/// Installs the screen provider (null removes it) and returns the previous one. Without a
+/// provider, Windows reads the primary screen's device capabilities (GetDC(NULL),
+/// GetDeviceCaps); other systems report no screen (zeros). Takes effect
 /// at the next AEnvObj::Init; call AEnvObj::Init on g_EnvObj again after installing one.
 KXBASE_API KxScreenProvider KxSetScreenProvider(KxScreenProvider provider);
 

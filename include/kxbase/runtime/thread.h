@@ -24,6 +24,9 @@
 ///   keeps alive, so it outlives this object safely). A body that ignores the flag must not
 ///   touch its object after the object is destroyed; this is the host's part of the contract.
 ///   A thread that was never resumed is ended for real: it leaves without entering Run.
+///   On Windows the body is ended by force instead (TerminateThread), as Windows hosts have
+///   always done: after the time-out Terminate kills it, waits for it, and IsTerminated turns
+///   true at once. Its stack is not unwound and what it held stays as it was.
 ///   An exception that escapes Run ends the thread as if Run had returned.
 ///
 /// Priorities (SetThreadPriority) map onto the thread's nice value relative to the nice
@@ -33,8 +36,10 @@
 /// without it the call fails and returns 0 with the last system error set (errno here), like
 /// any failing system call.
 ///
+/// On Windows the five levels are the system's THREAD_PRIORITY_LOWEST..HIGHEST.
+///
 /// The ideal processor (SetThreadIdealProcessor) becomes a hard CPU affinity: the thread runs
-/// on that CPU only.
+/// on that CPU only. On Windows it is the system's ideal processor, a preference.
 ///
 /// Flags: the need-exit and terminated flags are atomics (relaxed), written by one side and
 /// polled by the other. Create, Terminate, Resume and the two setters belong to the owning
