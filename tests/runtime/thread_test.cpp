@@ -103,13 +103,15 @@ TEST(Thread, CreatedSuspendedUntilResume) {
 // time-out; an escaping exception that takes the process down; parameters released before
 // the body is gone.
 TEST(Thread, TerminateStopsLetsGoOrEndsUnstartedBodies) {
-    // body, time-out, lower and upper bound of Terminate's time; only Return is not resumed.
-    const std::tuple<Body, DWORD, std::chrono::milliseconds, std::chrono::milliseconds> cases[] = {
-        {Body::UntilNeedExit, 10000, 0ms, 2000ms},
-        {Body::IgnoreFlag, 0, 0ms, 1000ms},
-        {Body::Return, 60, 60ms, 5000ms},
-        {Body::Throw, 1000, 0ms, 2000ms}};
-    for (const auto& [body, timeout, atLeast, below] : cases) {
+    // body, time-out, the least time Terminate must wait; only Return is not resumed. No upper
+    // bound is asserted (a loaded machine stretches any wait): a Terminate that blocks on a
+    // body instead of letting it go never returns, and the test's time-out reports it.
+    const std::tuple<Body, DWORD, std::chrono::milliseconds> cases[] = {
+        {Body::UntilNeedExit, 10000, 0ms},
+        {Body::IgnoreFlag, 0, 0ms},
+        {Body::Return, 60, 60ms},
+        {Body::Throw, 1000, 0ms}};
+    for (const auto& [body, timeout, atLeast] : cases) {
         SCOPED_TRACE(static_cast<int>(body));
         const bool resume = body != Body::Return;
 #if defined(_WIN32)
@@ -126,7 +128,7 @@ TEST(Thread, TerminateStopsLetsGoOrEndsUnstartedBodies) {
         const auto start = Clock::now();
         EXPECT_TRUE(w.Terminate(timeout));
         const auto took = Clock::now() - start;
-        EXPECT_TRUE(took >= atLeast && took < below && !w.IsCreated());
+        EXPECT_TRUE(took >= atLeast && !w.IsCreated());
         std::this_thread::sleep_for(20ms);
         EXPECT_EQ(w.IsTerminated(), !letGo);  // a let-go body runs on
         EXPECT_EQ(w.unwinds.load(), letGo || killed ? 0 : w.runs.load());
