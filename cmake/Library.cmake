@@ -26,6 +26,9 @@ set_target_properties(kxbase_static PROPERTIES EXPORT_NAME kxbase_static)
 if(WIN32)
     # The DLL's entry point, which only the shared library may have.
     target_sources(kxbase PRIVATE ${PROJECT_SOURCE_DIR}/platform/win32/dll/dll_main.cpp)
+    # It asks the start-up (module/app_p.h) whether the load may go on.
+    set_source_files_properties(${PROJECT_SOURCE_DIR}/platform/win32/dll/dll_main.cpp
+        PROPERTIES INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR})
     set_target_properties(kxbase PROPERTIES PREFIX "")  # kxBaseCommon.dll, as hosts load it
 endif()
 add_library(kxBaseCommon::kxbase ALIAS kxbase)

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include <kxbase/base/messages.h>
 #include <kxbase/compress/compress.h>
 #include <kxbase/mathopt/amathopt.h>
 #include <kxbase/platform/module.h>
@@ -65,9 +66,38 @@ const char* KxProductTreeNote() {
     return g_note;
 }
 
+namespace kxbase::detail {
+
+namespace {
+constexpr UINT kSocketStartFailedText = 101;  // string table: the socket layer did not start
+bool g_startUpFailed = false;
+}  // namespace
+
+int StartUpSockets(HINSTANCE module, bool started) {
+    if (started) return 1;
+    ZelDialogMsg(module, kSocketStartFailedText, 0, MB_OK | MB_ICONERROR, nullptr);
+    return 0;
+}
+
+bool StartUpFailed() {
+    return g_startUpFailed;
+}
+
+void SetStartUpFailed(bool failed) {
+    g_startUpFailed = failed;
+}
+
+}  // namespace kxbase::detail
+
 int CkxBaseCommonApp::InitInstance() {
     const DWORD savedError = kxbase::sys::LastSystemError();
     m_hInstance = KxLibraryHandle();
+    // The one step that can fail the start-up: a library whose host cannot use the network
+    // is refused at load, with the reason shown, rather than failing in every later call.
+    if (!kxbase::detail::StartUpSockets(m_hInstance, kxbase::sys::StartSockets())) {
+        kxbase::sys::SetLastSystemError(savedError);
+        return 0;
+    }
     CCostTime::PerformanceCounter_Init();
     g_Error.ClearError();
     g_EnvObj.Init(1);
@@ -84,5 +114,6 @@ int CkxBaseCommonApp::InitInstance() {
 int CkxBaseCommonApp::ExitInstance() {
     AMathOpt::Exit();
     ACompress::Exit();
+    kxbase::sys::StopSockets();
     return 0;
 }

@@ -21,10 +21,12 @@ namespace {
 struct AppLifetime {
     // Nothing may escape into the loader: a failed step leaves the rest of the library usable.
     AppLifetime() {
+        bool started = false;
         try {
-            theApp.InitInstance();
+            started = theApp.InitInstance() != 0;
         } catch (...) {
         }
+        kxbase::detail::SetStartUpFailed(!started);
     }
     ~AppLifetime() {
         try {

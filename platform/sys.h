@@ -57,6 +57,14 @@ DWORD PageSize();
 /// Processors online now (at least 1).
 DWORD OnlineProcessors();
 
+// ---- socket layer ------------------------------------------------------------------------
+
+/// Starts the system's socket layer for this library (Winsock 2.2 on Windows; POSIX sockets
+/// need no start-up, so always true there). False when the system refuses.
+bool StartSockets();
+/// Undoes a successful StartSockets; nothing when none succeeded.
+void StopSockets();
+
 // ---- screen -------------------------------------------------------------------------------
 
 /// The primary screen's device capabilities, in this order: colour bits per pixel, width and

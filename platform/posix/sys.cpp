@@ -97,6 +97,12 @@ DWORD OnlineProcessors() {
     return cpus > 0 ? static_cast<DWORD>(cpus) : 1u;
 }
 
+bool StartSockets() {
+    return true;
+}
+
+void StopSockets() {}
+
 bool ScreenDeviceCaps(int*) {
     return false;  // no system-wide screen; a host with a display installs a provider
 }

@@ -14,23 +14,9 @@
 namespace kxbase::sys {
 namespace {
 
-// Winsock for every program that links the library: this file is always linked (the clocks
-// and error texts live here), unlike an object of its own in the static library, which the
-// linker would leave out because nothing refers to it.
-struct WinsockLifetime {
-    bool started = false;
-    WinsockLifetime() {
-        WSADATA data{};
-        started = WSAStartup(MAKEWORD(2, 2), &data) == 0;
-    }
-    ~WinsockLifetime() {
-        if (started) WSACleanup();
-    }
-    WinsockLifetime(const WinsockLifetime&) = delete;
-    WinsockLifetime& operator=(const WinsockLifetime&) = delete;
-};
-
-const WinsockLifetime g_winsock;
+// Whether StartSockets succeeded, so that StopSockets pairs every WSAStartup with exactly
+// one WSACleanup. The start-up and exit run once each, in the loader's thread.
+bool g_socketsStarted = false;
 
 INT64 performance_frequency() {
     static const INT64 frequency = [] {
@@ -55,6 +41,18 @@ bool scaled_counter(INT64 unit, INT64& value) {
 
 bool MonotonicNanoseconds(INT64* value) {
     return scaled_counter(1000000000, *value);
+}
+
+bool StartSockets() {
+    if (g_socketsStarted) return true;
+    WSADATA data{};
+    g_socketsStarted = WSAStartup(MAKEWORD(2, 2), &data) == 0;
+    return g_socketsStarted;
+}
+
+void StopSockets() {
+    if (g_socketsStarted) WSACleanup();
+    g_socketsStarted = false;
 }
 
 UINT64 MonotonicMilliseconds() {

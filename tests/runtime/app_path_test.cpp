@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include <kxbase/base/messages.h>
 #include <kxbase/platform/module.h>
 #include <kxbase/runtime/app_path.h>
 
@@ -107,4 +108,24 @@ TEST(CAppPath, SystemFoldersAreLeftAlone) {
     EXPECT_NE(kxbase::detail::PlaceProductTree(sys, false).find("system folder"),
               std::string::npos);
     EXPECT_FALSE(fs::exists("/usr/lib/kxbase-test-never-created/"));
+}
+
+// Catches: a socket layer that did not start letting the start-up go on, or failing it without
+// telling the host why; and a start-up of this program that did not succeed.
+TEST(StartUp, SocketFailureShowsItsTextAndFailsTheStartUp) {
+    EXPECT_FALSE(kxbase::detail::StartUpFailed());
+    std::vector<std::string> shown;
+    UINT type = 0;
+    const KxDialogHook previous = KxSetDialogHook([&](const CString& text, UINT t) {
+        shown.push_back(text.GetString());
+        type = t;
+        return IDOK;
+    });
+    const int started = kxbase::detail::StartUpSockets(KxLibraryHandle(), true);
+    const int refused = kxbase::detail::StartUpSockets(KxLibraryHandle(), false);
+    KxSetDialogHook(previous);
+    EXPECT_EQ(started, 1);
+    EXPECT_EQ(refused, 0);
+    EXPECT_EQ(shown, std::vector<std::string>{"Windows 套接字初始化失败。"});
+    EXPECT_EQ(type, MB_OK | MB_ICONERROR);
 }

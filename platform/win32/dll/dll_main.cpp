@@ -1,24 +1,16 @@
-// Entry point of kxBaseCommon.dll. Winsock is started here because it is the one start-up
-// step whose failure must fail the load: a host then gets the loader's error instead of a
-// library whose network calls all fail later. The backend starts it once more from a global
-// object (platform/win32/sys.cpp), which is what a program linked with the static library
-// gets; Winsock counts its start-ups, so the DLL's second one costs nothing.
+// Entry point of kxBaseCommon.dll. The C runtime has constructed the library's globals before
+// it calls this, and with them run the start-up (module/globals.cpp); a start-up that failed
+// (the socket layer would not start, and the host has been shown why) fails the load here, so
+// the host gets the loader's error instead of a library whose network calls all fail later.
+// The socket layer is stopped by the exit, when the globals are destroyed.
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
-#include <winsock2.h>
 #include <windows.h>
 
+#include "module/app_p.h"
+
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
-    switch (reason) {
-        case DLL_PROCESS_ATTACH: {
-            WSADATA data{};
-            return WSAStartup(MAKEWORD(2, 2), &data) == 0 ? TRUE : FALSE;
-        }
-        case DLL_PROCESS_DETACH:
-            WSACleanup();
-            return TRUE;
-        default:
-            return TRUE;
-    }
+    if (reason == DLL_PROCESS_ATTACH && kxbase::detail::StartUpFailed()) return FALSE;
+    return TRUE;
 }
