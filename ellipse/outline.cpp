@@ -208,6 +208,15 @@ void CEllipse::MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POIN
         pts.SetSize(count);
         std::vector<POINT> traced(pts.begin(), pts.end());
         CompleteBySymmetry(p, traced);
+        // Far from the origin the conic's terms pass double precision and a trace can lose its
+        // way; a pixel outside the ellipse's box (with a pixel's margin) shows it: no outline
+        // then, as for a box beyond the extent limit.
+        for (const POINT& q : traced)
+            if (q.x < std::int64_t{box.left} - 1 || q.x > std::int64_t{box.right} + 1 ||
+                q.y < std::int64_t{box.top} - 1 || q.y > std::int64_t{box.bottom} + 1) {
+                pts.SetSize(0);
+                return;
+            }
         // On an ellipse thinner than a pixel, or where the tracers met the start from a
         // neighbouring row, the octants can leave steps longer than one pixel (at worst
         // one side traced and the other missing): bridge every such step with a segment
@@ -219,7 +228,10 @@ void CEllipse::MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POIN
             if (!chain.empty() &&
                 (std::abs(chain.back().x - a.x) > 1 || std::abs(chain.back().y - a.y) > 1)) {
                 seg.clear();
-                LinePixels(chain.back(), a, seg);
+                if (!LinePixels(chain.back(), a, seg)) {  // cannot happen inside the box
+                    pts.SetSize(0);
+                    return;
+                }
                 chain.insert(chain.end(), seg.begin() + 1, seg.end() - 1);
             }
             chain.push_back(a);
@@ -239,7 +251,10 @@ void CEllipse::MidPointEllipse(const RECTD& rc, const ATransform& t, CArray<POIN
         while (chain.size() > 1 && repeatsStart(chain.back())) chain.pop_back();
         if (chain.size() > 1) {
             seg.clear();
-            LinePixels(chain.back(), chain.front(), seg);
+            if (!LinePixels(chain.back(), chain.front(), seg)) {
+                pts.SetSize(0);
+                return;
+            }
             if (seg.size() > 2) chain.insert(chain.end(), seg.begin() + 1, seg.end() - 1);
         }
         Store(pts, chain);
